@@ -1,0 +1,16 @@
+# Compiler settings shared by every target of the project.
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+
+add_library(sentivo_flags INTERFACE)
+target_compile_options(sentivo_flags INTERFACE
+    -Wall -Wextra -Werror
+    # Scores must not depend on the build: no fused multiply-add, no
+    # reassociation, no host-specific instruction set.
+    -ffp-contract=off -fno-fast-math)
+
+if(SENTIVO_SANITIZE)
+    target_compile_options(sentivo_flags INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(sentivo_flags INTERFACE -fsanitize=address,undefined)
+endif()
