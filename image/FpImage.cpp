@@ -1,0 +1,249 @@
+#include "image/FpImage.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <new>
+
+
+#include "sdk/Exception.h"
+
+namespace
+{
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+// The buffer is allocated in whole eight-byte units; this releases it as the
+// array it was allocated as.
+struct UnitArrayDeleter
+{
+    void operator()(uint8_t* p) const { delete[] reinterpret_cast<uint64_t*>(p); }
+};
+
+} // namespace
+
+ClImage::ClImage() { Clear(); }
+
+ClImage::~ClImage() = default;
+
+void ClImage::Clear()
+{
+    m_eDataType = eUnknownType;
+    m_eContent = eUnknown;
+    m_nWidth = 0;
+    m_nHeight = 0;
+    m_nXResolution = 0;
+    m_nYResolution = 0;
+    m_Data.reset();
+    m_nPlanes = 0;
+    m_dLowerBound = kNaN;
+    m_dUpperBound = kNaN;
+    m_nOrigin = 0;
+}
+
+ClImage::EContent ClImage::ContentOfPlanes(uint32_t nPlanes)
+{
+    switch (nPlanes)
+    {
+    case 1:
+        return eGrayscale;
+    case 3:
+        return eRGB;
+    case 4:
+        return eRGBA;
+    default:
+        return eUnknown;
+    }
+}
+
+void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t nPlanes,
+                     int32_t nXResolution, int32_t nYResolution)
+{
+    const int64_t nOldBytes = ByteSize();
+
+    // The header is stored first and stays whatever happens below.
+    m_nXResolution = nXResolution;
+    m_nYResolution = nYResolution;
+    m_nPlanes = nPlanes;
+    m_eDataType = eType;
+    m_nWidth = nWidth;
+    m_nHeight = nHeight;
+    m_eContent = ContentOfPlanes(nPlanes);
+    SetBoundsForType(eType);
+
+    const int64_t nStride = RowStride();
+    // A long-lived image keeps its buffer while it is the only sharer and the
+    // byte size is the same: no allocation per capture.
+    if (m_Data && m_Data.use_count() == 1 && nHeight > 0 && nOldBytes == nStride * nHeight)
+        return;
+
+    if (nHeight < 1 || nStride < 1)
+        SENTIVO_THROW("Image area must be positive", ZRC_ERROR_INTERNAL);
+
+    // Width, planes and height are each at most 2^32, so the product below
+    // can only overflow size_t for absurd requests; those ask for the
+    // largest block and fail as any other failed allocation.
+    const uint64_t nUnits64 = (static_cast<uint64_t>(nStride) * static_cast<uint64_t>(nHeight) + 7) / 8;
+    const size_t nUnits = nUnits64 > std::numeric_limits<size_t>::max() / 8
+                              ? std::numeric_limits<size_t>::max() / 8
+                              : static_cast<size_t>(nUnits64);
+    uint64_t* pUnits = new (std::nothrow) uint64_t[nUnits];
+    if (pUnits == nullptr)
+    {
+        Clear();
+        SENTIVO_THROW_BAD_ALLOC();
+    }
+    m_Data.reset(reinterpret_cast<uint8_t*>(pUnits), UnitArrayDeleter());
+}
+
+void ClImage::CreateAs(const ClImage& other, EDataType eType)
+{
+    if (&other == this)
+        SENTIVO_THROW("this function dose not work on the same image.", ZRC_ERROR_INVALID_PARAMETER);
+    Create(eType, other.m_nWidth, other.m_nHeight, other.m_nPlanes, other.m_nXResolution,
+           other.m_nYResolution);
+    m_eContent = other.m_eContent;
+    m_nOrigin = other.m_nOrigin;
+}
+
+void ClImage::CreateLike(const ClImage& other)
+{
+    if (&other == this)
+        return;
+    Create(other.m_eDataType, other.m_nWidth, other.m_nHeight, other.m_nPlanes,
+           other.m_nXResolution, other.m_nYResolution);
+    m_eContent = other.m_eContent;
+    m_nOrigin = other.m_nOrigin;
+    m_dLowerBound = other.m_dLowerBound;
+    m_dUpperBound = other.m_dUpperBound;
+}
+
+ClImage& ClImage::Assign(const ClImage& other)
+{
+    if (&other == this)
+        return *this;
+    CreateLike(other);
+    if (other.Data() != nullptr)
+        std::memcpy(Data(), other.Data(), static_cast<size_t>(ByteSize()));
+    return *this;
+}
+
+void ClImage::Swap(ClImage& other)
+{
+    if (&other == this)
+        return;
+    std::swap(m_eDataType, other.m_eDataType);
+    std::swap(m_eContent, other.m_eContent);
+    std::swap(m_nWidth, other.m_nWidth);
+    std::swap(m_nHeight, other.m_nHeight);
+    std::swap(m_nXResolution, other.m_nXResolution);
+    std::swap(m_nYResolution, other.m_nYResolution);
+    m_Data.swap(other.m_Data);
+    std::swap(m_nPlanes, other.m_nPlanes);
+    std::swap(m_dLowerBound, other.m_dLowerBound);
+    std::swap(m_dUpperBound, other.m_dUpperBound);
+    std::swap(m_nOrigin, other.m_nOrigin);
+}
+
+void ClImage::SetBoundsForType(EDataType eType)
+{
+    const uint32_t nBits = SampleSize(eType) * 8;
+    if (eType == eFloat32 || eType == eDouble64)
+    {
+        m_dLowerBound = -1.0;
+        m_dUpperBound = 1.0;
+    }
+    else if (eType == eUInt8 || eType == eUInt16 || eType == eUInt32)
+    {
+        // Derived from the size bits, so a new integer width needs no code.
+        m_dLowerBound = 0.0;
+        m_dUpperBound = std::ldexp(1.0, static_cast<int>(nBits)) - 1.0;
+    }
+    else if (eType == eInt8 || eType == eInt16 || eType == eInt32)
+    {
+        m_dLowerBound = -std::ldexp(1.0, static_cast<int>(nBits) - 1);
+        m_dUpperBound = std::ldexp(1.0, static_cast<int>(nBits) - 1) - 1.0;
+    }
+    else
+    {
+        m_dLowerBound = kNaN;
+        m_dUpperBound = kNaN;
+    }
+}
+
+void ClImage::FillZero()
+{
+    if (m_Data)
+        std::memset(m_Data.get(), 0, static_cast<size_t>(ByteSize()));
+}
+
+void ClImage::FillBytes(const void* pValue, uint32_t nValueSize, EDataType eValueType)
+{
+    if (eValueType != m_eDataType)
+        SENTIVO_THROW("Image Type is not the assigned type", ZRC_ERROR_INTERNAL);
+    if (!m_Data)
+        return;
+    const int64_t nSamples = static_cast<int64_t>(m_nPlanes) * m_nWidth;
+    for (int32_t y = 0; y < m_nHeight; ++y)
+    {
+        uint8_t* pRow = Row<uint8_t>(y);
+        for (int64_t i = 0; i < nSamples; ++i)
+            std::memcpy(pRow + i * nValueSize, pValue, nValueSize);
+    }
+}
+
+const char* ClImage::TypeText(EDataType eType)
+{
+    switch (eType)
+    {
+    case eUnknownType:
+        return "unknown";
+    case eUInt8:
+        return "uint8";
+    case eUInt16:
+        return "uint16";
+    case eUInt32:
+        return "uint32";
+    case eInt8:
+        return "int8";
+    case eInt16:
+        return "int16";
+    case eInt32:
+        return "int32";
+    case eFloat32:
+        return "float32";
+    case eDouble64:
+        return "double64";
+    case eDefaultType:
+        return "default";
+    }
+    return "not valid";
+}
+
+const char* ClImage::TypeEnumText(EDataType eType)
+{
+    switch (eType)
+    {
+    case eUInt8:
+        return "unsigned char";
+    case eUInt16:
+        return "unsigned short";
+    case eUInt32:
+        return "unsigned int";
+    case eInt8:
+        return "signed char";
+    case eInt16:
+        return "signed short";
+    case eInt32:
+        return "signed int";
+    case eFloat32:
+        return "float";
+    case eDouble64:
+        return "double";
+    case eDefaultType:
+        return "default";
+    case eUnknownType:
+        break;
+    }
+    return "";
+}
