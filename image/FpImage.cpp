@@ -72,18 +72,19 @@ void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t 
     SetBoundsForType(eType);
 
     const int64_t nStride = RowStride();
+    const int64_t nNewBytes = MulSaturated(nStride, nHeight);
     // A long-lived image keeps its buffer while it is the only sharer and the
-    // byte size is the same: no allocation per capture.
-    if (m_Data && m_Data.use_count() == 1 && nHeight > 0 && nOldBytes == nStride * nHeight)
+    // byte size is the same: no allocation per capture. A zero or negative
+    // area never counts as the same size, so it always throws below.
+    if (m_Data && m_Data.use_count() == 1 && nHeight > 0 && nNewBytes > 0 && nOldBytes == nNewBytes)
         return;
 
     if (nHeight < 1 || nStride < 1)
         SENTIVO_THROW("Image area must be positive", ZRC_ERROR_INTERNAL);
 
-    // Width, planes and height are each at most 2^32, so the product below
-    // can only overflow size_t for absurd requests; those ask for the
-    // largest block and fail as any other failed allocation.
-    const uint64_t nUnits64 = (static_cast<uint64_t>(nStride) * static_cast<uint64_t>(nHeight) + 7) / 8;
+    // The byte size saturates for absurd requests; those ask for the largest
+    // block and fail as any other failed allocation.
+    const uint64_t nUnits64 = static_cast<uint64_t>(nNewBytes) / 8 + (nNewBytes % 8 != 0 ? 1 : 0);
     const size_t nUnits = nUnits64 > std::numeric_limits<size_t>::max() / 8
                               ? std::numeric_limits<size_t>::max() / 8
                               : static_cast<size_t>(nUnits64);
