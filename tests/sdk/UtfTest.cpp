@@ -1,0 +1,53 @@
+// The strict converter behind the wide exported functions.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "sdk/Exception.h"
+#include "sdk/Utf.h"
+
+using Sentivo::NarrowToWide;
+using Sentivo::WideToNarrow;
+
+TEST(Utf, RoundTripsEveryPlane)
+{
+    // ASCII, two-byte, three-byte and a four-byte character (a surrogate pair).
+    const std::u16string wide = u"nSecurityLevel \u00e9\u20ac\U0001F600";
+    const std::string narrow = "nSecurityLevel \xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    EXPECT_EQ(std::string(WideToNarrow(wide.c_str()).get()), narrow);
+    EXPECT_EQ(std::u16string(NarrowToWide(narrow.c_str()).get()), wide);
+    EXPECT_EQ(std::string(WideToNarrow(u"").get()), "");
+    EXPECT_EQ(WideToNarrow(nullptr), nullptr);
+    EXPECT_EQ(NarrowToWide(nullptr), nullptr);
+}
+
+TEST(Utf, IllFormedInputIsAConversionError)
+{
+    const char* const badNarrow[] = {
+        "\x80",             // lone continuation byte
+        "\xC3",             // cut sequence
+        "\xC0\xAF",         // overlong slash
+        "\xE0\x80\xAF",     // overlong three-byte form
+        "\xED\xA0\x80",     // encoded surrogate
+        "\xF4\x90\x80\x80", // beyond U+10FFFF
+        "\xFF",
+    };
+    for (const char* szBad : badNarrow)
+    {
+        try
+        {
+            NarrowToWide(szBad);
+            ADD_FAILURE() << "accepted an ill-formed sequence";
+        }
+        catch (const ClExSystem& e)
+        {
+            EXPECT_EQ(e.GetCode(), ZRC_ERROR_FROM_SYSTEM_FUNCTION);
+            EXPECT_NE(std::string(e.GetMessage()).find("\nConversions Error"), std::string::npos);
+        }
+    }
+    const char16_t loneHigh[] = {u'a', 0xD800, u'b', 0};
+    const char16_t loneLow[] = {0xDC00, 0};
+    const char16_t highAtEnd[] = {u'x', 0xDBFF, 0};
+    for (const char16_t* szBad : {loneHigh, loneLow, highAtEnd})
+        EXPECT_THROW(WideToNarrow(szBad), ClExSystem);
+}
