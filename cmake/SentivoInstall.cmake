@@ -19,5 +19,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/sentivoConfigVersion.cmak
 install(FILES ${PROJECT_BINARY_DIR}/sentivoConfig.cmake ${PROJECT_BINARY_DIR}/sentivoConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/sentivo)
 
+# The way from the .pc file up to the prefix, whatever the library folder is.
+file(RELATIVE_PATH SENTIVO_PC_TO_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/sentivo.pc.in ${PROJECT_BINARY_DIR}/sentivo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/sentivo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
