@@ -1,5 +1,6 @@
 #include "image/Bitmap.h"
 
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -45,7 +46,10 @@ ClBitmap::ClBitmap(void* pHeader, bool bAttach)
     const int64_t nPixelBytes = PixelBytes(pSource);
     const uint64_t nTotal = nOffset + (nPixelBytes > 0 ? static_cast<uint64_t>(nPixelBytes) : 0);
 
-    uint8_t* pBlock = new (std::nothrow) uint8_t[nTotal];
+    // A block beyond PTRDIFF_MAX bytes is refused here: the array request
+    // would throw a standard exception instead of failing.
+    const bool bTooLarge = nTotal > static_cast<uint64_t>(std::numeric_limits<ptrdiff_t>::max());
+    uint8_t* pBlock = bTooLarge ? nullptr : new (std::nothrow) uint8_t[nTotal];
     if (pBlock == nullptr)
         SENTIVO_THROW_BAD_ALLOC();
     std::memcpy(pBlock, pSource, nTotal);

@@ -246,4 +246,10 @@ TEST(Bitmap, PrivateCopyOwnsHeaderAndPixels)
     ExpectThrows([&] { ClBitmap(nullptr, false); }, -10, kNull);
     std::vector<uint8_t> file = GreyBlock(true);
     ExpectThrows([&] { ClBitmap(file.data(), false); }, -36, kFileHeader);
+
+    // A header whose pixels no memory holds: a failed allocation.
+    grey = MakeBitmapBlock(0, 0, 32, 0);
+    InfoOf(grey)->biWidth = 0x7FFFFFFF;
+    InfoOf(grey)->biHeight = 0x7FFFFFFF;
+    ExpectThrows<ClExBadAlloc>([&] { ClBitmap(grey.data(), false); }, -102);
 }
