@@ -112,17 +112,19 @@ TEST(ImageFromBitmap, ReadsAFingerprintCapture)
     ASSERT_GT(file.size(), 14u);
     SentivoBitmapFileHeader fileHeader;
     std::memcpy(&fileHeader, file.data(), sizeof(fileHeader));
-    ASSERT_EQ(fileHeader.bfOffBits, 1078u);
+    // Packed fields are copied out before gtest binds references to them.
+    const uint32_t nOffBits = fileHeader.bfOffBits;
+    ASSERT_EQ(nOffBits, 1078u);
 
     // The info-header part, as an application hands it over.
     const uint32_t nSize = static_cast<uint32_t>(file.size() - 14);
     auto block = ExactCopy(std::vector<uint8_t>(file.begin() + 14, file.end()), nSize);
     ClBitmap bitmap;
     bitmap.Attach(block.get(), nSize);
-    EXPECT_EQ(bitmap.Header()->biWidth, 320);
-    EXPECT_EQ(bitmap.Header()->biHeight, 480);
+    EXPECT_EQ(int32_t(bitmap.Header()->biWidth), 320);
+    EXPECT_EQ(int32_t(bitmap.Header()->biHeight), 480);
     EXPECT_EQ(bitmap.ColourCount(), 256u);
-    EXPECT_EQ(bitmap.PixelOffset(), fileHeader.bfOffBits - 14u);
+    EXPECT_EQ(bitmap.PixelOffset(), nOffBits - 14u);
     EXPECT_EQ(bitmap.Pixels() - block.get(), 1064);
     EXPECT_EQ(bitmap.PixelBytes(), 320 * 480);
 
