@@ -14,7 +14,10 @@ const uint32_t kFileHeaderBytes = sizeof(SentivoBitmapFileHeader);
 const uint32_t kInfoHeaderBytes = sizeof(SentivoBitmapInfoHeader);
 
 // The signature of a bitmap file header.
-bool StartsWithFileSignature(const uint8_t* pBlock) { return pBlock[0] == 'B' && pBlock[1] == 'M'; }
+bool StartsWithFileSignature(const uint8_t* pBlock)
+{
+    return pBlock[0] == 'B' && pBlock[1] == 'M';
+}
 
 // Releases a private copy as the byte array it was allocated as.
 struct ByteBlockDeleter
@@ -139,7 +142,8 @@ const SentivoBitmapInfoHeader* ClBitmap::CheckHeader(const void* pHeader)
 
     const SentivoBitmapInfoHeader* pInfo = static_cast<const SentivoBitmapInfoHeader*>(pHeader);
     if (pInfo->biSize != kInfoHeaderBytes)
-        SENTIVO_THROW("ClBitmap::Attach, Bitmap Header size is not known.", ZRC_ERROR_BITMAP_HEADERSIZE);
+        SENTIVO_THROW("ClBitmap::Attach, Bitmap Header size is not known.",
+                      ZRC_ERROR_BITMAP_HEADERSIZE);
     if (pInfo->biPlanes != 1)
         SENTIVO_THROW("ClBitmap::Attach, pBI->biPlanes != 1.", ZRC_ERROR_BITMAP_PLANE);
     // Uncompressed, two run-length forms and bit-field masks.

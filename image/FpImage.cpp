@@ -6,7 +6,6 @@
 #include <limits>
 #include <new>
 
-
 #include "sdk/Exception.h"
 
 namespace
@@ -23,7 +22,10 @@ struct UnitArrayDeleter
 
 } // namespace
 
-ClImage::ClImage() { Clear(); }
+ClImage::ClImage()
+{
+    Clear();
+}
 
 ClImage::~ClImage() = default;
 
@@ -102,7 +104,8 @@ void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t 
 void ClImage::CreateAs(const ClImage& other, EDataType eType)
 {
     if (&other == this)
-        SENTIVO_THROW("this function dose not work on the same image.", ZRC_ERROR_INVALID_PARAMETER);
+        SENTIVO_THROW("this function dose not work on the same image.",
+                      ZRC_ERROR_INVALID_PARAMETER);
     Create(eType, other.m_nWidth, other.m_nHeight, other.m_nPlanes, other.m_nXResolution,
            other.m_nYResolution);
     m_eContent = other.m_eContent;
