@@ -1,5 +1,6 @@
 #include "image/Bitmap.h"
 
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -13,7 +14,10 @@ const uint32_t kFileHeaderBytes = sizeof(SentivoBitmapFileHeader);
 const uint32_t kInfoHeaderBytes = sizeof(SentivoBitmapInfoHeader);
 
 // The signature of a bitmap file header.
-bool StartsWithFileSignature(const uint8_t* pBlock) { return pBlock[0] == 'B' && pBlock[1] == 'M'; }
+bool StartsWithFileSignature(const uint8_t* pBlock)
+{
+    return pBlock[0] == 'B' && pBlock[1] == 'M';
+}
 
 // Releases a private copy as the byte array it was allocated as.
 struct ByteBlockDeleter
@@ -45,7 +49,10 @@ ClBitmap::ClBitmap(void* pHeader, bool bAttach)
     const int64_t nPixelBytes = PixelBytes(pSource);
     const uint64_t nTotal = nOffset + (nPixelBytes > 0 ? static_cast<uint64_t>(nPixelBytes) : 0);
 
-    uint8_t* pBlock = new (std::nothrow) uint8_t[nTotal];
+    // A block beyond PTRDIFF_MAX bytes is refused here: the array request
+    // would throw a standard exception instead of failing.
+    const bool bTooLarge = nTotal > static_cast<uint64_t>(std::numeric_limits<ptrdiff_t>::max());
+    uint8_t* pBlock = bTooLarge ? nullptr : new (std::nothrow) uint8_t[nTotal];
     if (pBlock == nullptr)
         SENTIVO_THROW_BAD_ALLOC();
     std::memcpy(pBlock, pSource, nTotal);
@@ -135,7 +142,8 @@ const SentivoBitmapInfoHeader* ClBitmap::CheckHeader(const void* pHeader)
 
     const SentivoBitmapInfoHeader* pInfo = static_cast<const SentivoBitmapInfoHeader*>(pHeader);
     if (pInfo->biSize != kInfoHeaderBytes)
-        SENTIVO_THROW("ClBitmap::Attach, Bitmap Header size is not known.", ZRC_ERROR_BITMAP_HEADERSIZE);
+        SENTIVO_THROW("ClBitmap::Attach, Bitmap Header size is not known.",
+                      ZRC_ERROR_BITMAP_HEADERSIZE);
     if (pInfo->biPlanes != 1)
         SENTIVO_THROW("ClBitmap::Attach, pBI->biPlanes != 1.", ZRC_ERROR_BITMAP_PLANE);
     // Uncompressed, two run-length forms and bit-field masks.

@@ -10,8 +10,14 @@ namespace
 {
 
 // Bins outside 0..255 do not exist and count nothing.
-int32_t FirstBin(int32_t nFirst) { return nFirst < 0 ? 0 : nFirst; }
-int32_t LastBin(int32_t nLast) { return nLast > 255 ? 255 : nLast; }
+int32_t FirstBin(int32_t nFirst)
+{
+    return nFirst < 0 ? 0 : nFirst;
+}
+int32_t LastBin(int32_t nLast)
+{
+    return nLast > 255 ? 255 : nLast;
+}
 
 } // namespace
 
@@ -65,7 +71,8 @@ void ClHistogram::Create(const ClImage& image, int32_t nLeft, int32_t nTop, int3
 double ClHistogram::Mean(int32_t nFirst, int32_t nLast) const
 {
     // Halved downward, as an integer.
-    const int32_t nMiddle = static_cast<int32_t>(std::floor((static_cast<int64_t>(nFirst) + nLast) / 2.0));
+    const int32_t nMiddle =
+        static_cast<int32_t>(std::floor((static_cast<int64_t>(nFirst) + nLast) / 2.0));
     if (nFirst > nLast)
         return nMiddle;
 

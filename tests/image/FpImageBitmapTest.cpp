@@ -35,8 +35,8 @@ TEST(ImageFromBitmap, SharesThePixelsAndKeepsAPrivateCopyAlive)
     EXPECT_EQ(image.LowerBound(), 0.0);
     EXPECT_EQ(image.UpperBound(), 255.0);
 
-    for (auto [nBits, nPlanes, eContent] : {std::tuple{8, 1u, ClImage::eGrayscale},
-                                            std::tuple{32, 4u, ClImage::eRGBA}})
+    for (auto [nBits, nPlanes, eContent] :
+         {std::tuple{8, 1u, ClImage::eGrayscale}, std::tuple{32, 4u, ClImage::eRGBA}})
     {
         block = MakeBitmapBlock(4, 2, static_cast<uint16_t>(nBits), nBits == 8 ? 256 : 0);
         ClBitmap view;
@@ -108,21 +108,24 @@ TEST(ImageFromBitmap, ReadsAFingerprintCapture)
     std::ifstream in(SENTIVO_SOURCE_DIR "/tests/data/nist_sivv_ink_rolled_card0001_01.bmp",
                      std::ios::binary);
     ASSERT_TRUE(in.good());
-    std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)),
+                              std::istreambuf_iterator<char>());
     ASSERT_GT(file.size(), 14u);
     SentivoBitmapFileHeader fileHeader;
     std::memcpy(&fileHeader, file.data(), sizeof(fileHeader));
-    ASSERT_EQ(fileHeader.bfOffBits, 1078u);
+    // Packed fields are copied out before gtest binds references to them.
+    const uint32_t nOffBits = fileHeader.bfOffBits;
+    ASSERT_EQ(nOffBits, 1078u);
 
     // The info-header part, as an application hands it over.
     const uint32_t nSize = static_cast<uint32_t>(file.size() - 14);
     auto block = ExactCopy(std::vector<uint8_t>(file.begin() + 14, file.end()), nSize);
     ClBitmap bitmap;
     bitmap.Attach(block.get(), nSize);
-    EXPECT_EQ(bitmap.Header()->biWidth, 320);
-    EXPECT_EQ(bitmap.Header()->biHeight, 480);
+    EXPECT_EQ(int32_t(bitmap.Header()->biWidth), 320);
+    EXPECT_EQ(int32_t(bitmap.Header()->biHeight), 480);
     EXPECT_EQ(bitmap.ColourCount(), 256u);
-    EXPECT_EQ(bitmap.PixelOffset(), fileHeader.bfOffBits - 14u);
+    EXPECT_EQ(bitmap.PixelOffset(), nOffBits - 14u);
     EXPECT_EQ(bitmap.Pixels() - block.get(), 1064);
     EXPECT_EQ(bitmap.PixelBytes(), 320 * 480);
 
@@ -131,5 +134,6 @@ TEST(ImageFromBitmap, ReadsAFingerprintCapture)
     ASSERT_EQ(image.Width(), 320);
     ASSERT_EQ(image.Height(), 480);
     for (int32_t y = 0; y < 480; ++y)
-        ASSERT_EQ(std::memcmp(image.Row<uint8_t>(y), file.data() + 1078 + 320 * y, 320), 0) << "row " << y;
+        ASSERT_EQ(std::memcmp(image.Row<uint8_t>(y), file.data() + 1078 + 320 * y, 320), 0)
+            << "row " << y;
 }

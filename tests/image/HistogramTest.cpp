@@ -58,7 +58,8 @@ TEST(Histogram, CountsTheClippedRectangleOfRows)
 
     // Wholly outside: valid, empty, the offset set by the type.
     ClImage signedImage = RowImage(ClImage::eInt8, {1, 2});
-    for (auto [l, t, r, b] : {std::tuple{5, 0, 9, 1}, std::tuple{-9, 0, -2, 1}, std::tuple{0, 4, 2, 6}})
+    for (auto [l, t, r, b] :
+         {std::tuple{5, 0, 9, 1}, std::tuple{-9, 0, -2, 1}, std::tuple{0, 4, 2, 6}})
     {
         h.Create(signedImage, l, t, r, b);
         for (uint32_t n : h.m_nBins)
