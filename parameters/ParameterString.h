@@ -26,7 +26,9 @@ public:
     }
     bool IsString() const override { return true; }
 
-    // Binds to a char* member that points at a buffer of nCapacity bytes.
+    // Binds to a char* member that points at a buffer of nCapacity bytes;
+    // Bind(member) keeps the capacity of N.
+    void Bind(char*& szMember) { Base::Bind(szMember); }
     void Bind(char*& szMember, uint32_t nCapacity)
     {
         Base::Bind(szMember);
