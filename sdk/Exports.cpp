@@ -109,32 +109,6 @@ void DeliverText(const Char* szText, size_t nLength, Char* szValue, uint32_t* pn
     std::memcpy(szValue, szText, nNeeded * sizeof(Char));
 }
 
-int32_t InitializeInner()
-{
-    try
-    {
-        ClSDK::CreateInstance();
-        return ZRC_SUCCESS;
-    }
-    catch (const ClException& e)
-    {
-        return e.GetCode();
-    }
-}
-
-int32_t UninitializeInner()
-{
-    try
-    {
-        ClSDK::ReleaseInstance();
-        return ZRC_SUCCESS;
-    }
-    catch (const ClException& e)
-    {
-        return e.GetCode();
-    }
-}
-
 } // namespace
 
 extern "C" {
@@ -142,7 +116,7 @@ extern "C" {
 SENTIVO_API int32_t SentivoInitialize(void* pReserved)
 {
     SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Enter", pReserved);
-    const int32_t nCode = InitializeInner();
+    const int32_t nCode = SilentFrame([] { ClSDK::CreateInstance(); });
     if (nCode == ZRC_SUCCESS)
     {
         SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Leave", pReserved);
@@ -155,7 +129,7 @@ SENTIVO_API int32_t SentivoInitialize(void* pReserved)
 SENTIVO_API int32_t SentivoUninitialize(void)
 {
     SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Enter");
-    const int32_t nCode = UninitializeInner();
+    const int32_t nCode = SilentFrame([] { ClSDK::ReleaseInstance(); });
     if (nCode == ZRC_SUCCESS)
     {
         SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Leave");

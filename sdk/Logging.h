@@ -14,8 +14,10 @@ namespace Sentivo
 // A line is at most 1023 characters: it is built on the stack, no heap.
 constexpr int kLogLineSize = 1024;
 
-// Formats into szLine; throws ClException -49 when the line does not fit.
-void FormatLogLine(char (&szLine)[kLogLineSize], const char* szFormat, va_list args);
+// Formats into szLine. Returns null, or the reason when the line does not
+// fit, which the caller throws as -49 once its argument list is closed.
+const char* FormatLogLine(char (&szLine)[kLogLineSize], const char* szFormat, va_list args);
+void ThrowLogFailure(const char* szReason);
 
 enum ELogLevel : int32_t
 {
@@ -44,16 +46,10 @@ public:
         char szLine[Sentivo::kLogLineSize];
         va_list args;
         va_start(args, szFormat);
-        try
-        {
-            Sentivo::FormatLogLine(szLine, szFormat, args);
-        }
-        catch (...)
-        {
-            va_end(args);
-            throw;
-        }
+        const char* szFailure = Sentivo::FormatLogLine(szLine, szFormat, args);
         va_end(args);
+        if (szFailure != nullptr)
+            Sentivo::ThrowLogFailure(szFailure);
     }
 };
 

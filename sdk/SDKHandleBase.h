@@ -64,14 +64,7 @@ public:
         *pnValue = TruncateToInt32(numeric.GetValue());
     }
 
-    void SetPropertyInt(const char* szName, int32_t nValue) override
-    {
-        ClParameterContainer container;
-        this->DefineProperties(container);
-        ClParameterNumericInterface& numeric = Numeric(container, szName, false);
-        CheckWritable(*container.Find(szName));
-        numeric.SetValue(nValue);
-    }
+    void SetPropertyInt(const char* szName, int32_t nValue) override { SetNumeric(szName, nValue, false); }
 
     void GetPropertyDouble(const char* szName, double* pdValue) override
     {
@@ -80,14 +73,7 @@ public:
         *pdValue = Numeric(container, szName, true).GetValue();
     }
 
-    void SetPropertyDouble(const char* szName, double dValue) override
-    {
-        ClParameterContainer container;
-        this->DefineProperties(container);
-        ClParameterNumericInterface& numeric = Numeric(container, szName, true);
-        CheckWritable(*container.Find(szName));
-        numeric.SetValue(dValue);
-    }
+    void SetPropertyDouble(const char* szName, double dValue) override { SetNumeric(szName, dValue, true); }
 
     void Reset() override {}
 
@@ -127,6 +113,16 @@ private:
     {
         if ((parameter.GetFlags() & ClParameter::eFlagInput) == 0)
             SENTIVO_THROW_CODE(ZRC_ERROR_PARAM_IS_READONLY);
+    }
+
+    // Type test (-44), then read-only test (-47), then the value.
+    void SetNumeric(const char* szName, double dValue, bool bFloating)
+    {
+        ClParameterContainer container;
+        this->DefineProperties(container);
+        ClParameterNumericInterface& numeric = Numeric(container, szName, bFloating);
+        CheckWritable(*container.Find(szName));
+        numeric.SetValue(dValue);
     }
 
     // The numeric interface of a parameter of the wanted kind, or -44.

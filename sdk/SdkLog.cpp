@@ -17,23 +17,22 @@ TpLoggingVlmLF<TpLoggingDebugOut<ClLoggingNone>> g_LoggingFacility;
 namespace Sentivo
 {
 
-void FormatLogLine(char (&szLine)[kLogLineSize], const char* szFormat, va_list args)
+const char* FormatLogLine(char (&szLine)[kLogLineSize], const char* szFormat, va_list args)
 {
     const int nLength = std::vsnprintf(szLine, sizeof(szLine), szFormat, args);
+    if (nLength >= 0 && nLength < kLogLineSize)
+        return nullptr;
     if (nLength == kLogLineSize)
-        SENTIVO_THROW("Logging Message bigger than 1024 bytes.", ZRC_ERROR_LOGGING);
-    if (nLength < 0 || nLength > kLogLineSize)
-    {
-        // A longer line is a failure of the bounded print; it reports it as
-        // an overflow.
-        if (nLength > kLogLineSize)
-            errno = EOVERFLOW;
-        char szError[256];
-        const int nError = errno;
-        const char* szText = strerror_r(nError, szError, sizeof(szError));
-        SENTIVO_THROW(szText, ZRC_ERROR_LOGGING);
-    }
+        return "Logging Message bigger than 1024 bytes.";
+    // A longer line is a failure of the bounded print, reported as an
+    // overflow; any other failure keeps the print's own error number.
+    if (nLength > kLogLineSize)
+        errno = EOVERFLOW;
+    static thread_local char szError[256];
+    return strerror_r(errno, szError, sizeof(szError));
 }
+
+void ThrowLogFailure(const char* szReason) { SENTIVO_THROW(szReason, ZRC_ERROR_LOGGING); }
 
 } // namespace Sentivo
 
@@ -42,16 +41,10 @@ void SdkLog(int32_t nLevel, const char* szFormat, ...)
     char szLine[Sentivo::kLogLineSize];
     va_list args;
     va_start(args, szFormat);
-    try
-    {
-        Sentivo::FormatLogLine(szLine, szFormat, args);
-    }
-    catch (...)
-    {
-        va_end(args);
-        throw;
-    }
+    const char* szFailure = Sentivo::FormatLogLine(szLine, szFormat, args);
     va_end(args);
+    if (szFailure != nullptr)
+        Sentivo::ThrowLogFailure(szFailure);
 
     if (g_LoggingFacility.m_pfnLog != nullptr)
     {
