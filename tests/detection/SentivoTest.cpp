@@ -34,7 +34,7 @@ struct Assigned
 
 } // namespace
 
-TEST(Sentivo, NewObjectHasTheDocumentedDefaults)
+TEST(Sentivo, NewObjectStartsWithItsDefaults)
 {
     const ClSentivo d;
     EXPECT_STREQ(d.GetName(), "ClSentivo");

@@ -18,7 +18,7 @@
 namespace
 {
 
-struct Spec
+struct Layout
 {
     int32_t nWidth = 320, nHeight = 480, nXPels = 19685, nYPels = 19685;
     uint16_t nPlanes = 1, nBitCount = 8;
@@ -26,18 +26,18 @@ struct Spec
     bool bTwoSignatures = false; // "BM" at the start and again 14 bytes on
 };
 
-template <typename T, typename V> Spec With(T Spec::*pField, V value)
+template <typename T, typename V> Layout With(T Layout::*pField, V value)
 {
-    Spec spec;
-    spec.*pField = static_cast<T>(value);
-    return spec;
+    Layout layout;
+    layout.*pField = static_cast<T>(value);
+    return layout;
 }
 
-Spec Pels(int32_t nX, int32_t nY)
+Layout Pels(int32_t nX, int32_t nY)
 {
-    Spec spec = With(&Spec::nXPels, nX);
-    spec.nYPels = nY;
-    return spec;
+    Layout layout = With(&Layout::nXPels, nX);
+    layout.nYPels = nY;
+    return layout;
 }
 
 // Byte c of colour entry i as a scanner driver might leave it: anything but grey.
@@ -49,7 +49,7 @@ uint8_t Colour(int i, int c)
 // Info header, 256 colour entries, rows padded to 4 bytes; nCut bytes short.
 struct Block
 {
-    explicit Block(const Spec& s = {}, uint32_t nCut = 0)
+    explicit Block(const Layout& s = {}, uint32_t nCut = 0)
     {
         const uint32_t nFull = 1064 + (s.nWidth * s.nBitCount + 31) / 32 * 4 * s.nHeight;
         std::vector<uint8_t> full(nFull);
@@ -107,9 +107,9 @@ protected:
         EXPECT_EQ(SentivoUninitialize(), 0);
     }
     int32_t Set(int32_t nIndex, const Block& b) { return SentivoSetImage(m_h, nIndex, b.p, b.n); }
-    void SetAll(const Spec& spec)
+    void SetAll(const Layout& layout)
     {
-        const Block block(spec);
+        const Block block(layout);
         for (int32_t nIndex : {0, 1, 2})
             ASSERT_EQ(Set(nIndex, block), 0);
     }
@@ -150,39 +150,39 @@ TEST_F(SentivoSDKHandle, SetImageRefusesEachFaultWithItsCodeAndText)
 {
     const struct
     {
-        Spec spec;
+        Layout layout;
         int32_t nCode;
         const char* szText;
     } cases[] = {
-        {With(&Spec::bTwoSignatures, true), -36,
+        {With(&Layout::bTwoSignatures, true), -36,
          "ClBitmap::Attach, Bitmapfileheader found Bitmapinfoheader expected."},
-        {With(&Spec::nInfoSize, 124), -32, "ClBitmap::Attach, Bitmap Header size is not known."},
-        {With(&Spec::nPlanes, 2), -11, "ClBitmap::Attach, pBI->biPlanes != 1."},
-        {With(&Spec::nCompression, 4), -31, "ClBitmap::Attach, Not Supported FOCC."},
+        {With(&Layout::nInfoSize, 124), -32, "ClBitmap::Attach, Bitmap Header size is not known."},
+        {With(&Layout::nPlanes, 2), -11, "ClBitmap::Attach, pBI->biPlanes != 1."},
+        {With(&Layout::nCompression, 4), -31, "ClBitmap::Attach, Not Supported FOCC."},
         // A known compression already fails in the trial load, before its own test.
-        {With(&Spec::nCompression, 1), -101, "Image area must be positive"},
-        {With(&Spec::nBitCount, 24), -12, "The image must have a bitdepth of 8 bit"},
-        {With(&Spec::nClrUsed, 16), -12, "There should be palette with 256 entries"},
-        {With(&Spec::nClrUsed, 256), 0, nullptr},
+        {With(&Layout::nCompression, 1), -101, "Image area must be positive"},
+        {With(&Layout::nBitCount, 24), -12, "The image must have a bitdepth of 8 bit"},
+        {With(&Layout::nClrUsed, 16), -12, "There should be palette with 256 entries"},
+        {With(&Layout::nClrUsed, 256), 0, nullptr},
         {Pels(19488, 19488), 0, nullptr},
         {Pels(19881, 19881), 0, nullptr},
         {Pels(19487, 19487), -13, "Standard images must have 500 dpi or 19685 pels in x direction"},
         {Pels(19882, 19685), -13, "Standard images must have 500 dpi or 19685 pels in x direction"},
         {Pels(19685, 19487), -13, "Standard images must have 500 dpi or 19685 pels in y direction"},
         {Pels(19685, 19686), -13, "Standard images must have same dpi count in each direction"},
-        {With(&Spec::nWidth, 196), -14, "Standard image width must at least cover 1 cm"},
-        {With(&Spec::nWidth, 197), -14, "Dimensions current image must be multiples of 4"},
-        {With(&Spec::nWidth, 200), 0, nullptr},
-        {With(&Spec::nWidth, 492), 0, nullptr},
-        {With(&Spec::nWidth, 496), -14, "Standard image width must at most cover 2,5 cm"},
-        {With(&Spec::nHeight, 196), -14, "Standard image height must at least cover 1 cm"},
-        {With(&Spec::nHeight, 198), -14, "Dimensions current image must be multiples of 4"},
-        {With(&Spec::nHeight, 496), -14, "Standard image height must at most cover 2,5 cm"},
+        {With(&Layout::nWidth, 196), -14, "Standard image width must at least cover 1 cm"},
+        {With(&Layout::nWidth, 197), -14, "Dimensions current image must be multiples of 4"},
+        {With(&Layout::nWidth, 200), 0, nullptr},
+        {With(&Layout::nWidth, 492), 0, nullptr},
+        {With(&Layout::nWidth, 496), -14, "Standard image width must at most cover 2,5 cm"},
+        {With(&Layout::nHeight, 196), -14, "Standard image height must at least cover 1 cm"},
+        {With(&Layout::nHeight, 198), -14, "Dimensions current image must be multiples of 4"},
+        {With(&Layout::nHeight, 496), -14, "Standard image height must at most cover 2,5 cm"},
     };
     for (const auto& c : cases)
     {
         SCOPED_TRACE(c.szText != nullptr ? c.szText : "accepted");
-        const Block block(c.spec);
+        const Block block(c.layout);
         EXPECT_EQ(Set(0, block), c.nCode);
         // The texts only reach the log; the handle object shows them directly.
         ClSentivoSDKHandle handle;
@@ -199,14 +199,14 @@ TEST_F(SentivoSDKHandle, SetImageRefusesBlocksTooShortForHeaderColoursOrPixels)
     for (uint32_t nSize : {1u, 39u, 40u, 41u, 1063u, 1064u, 1065u, nFull - 1})
         EXPECT_EQ(Set(0, Block({}, nFull - nSize)), -21) << nSize;
     // Rows of width 322 take 324 bytes; the size test comes before the width's.
-    EXPECT_EQ(Set(0, Block(With(&Spec::nWidth, 322), 1)), -21);
-    EXPECT_EQ(Set(0, Block(With(&Spec::nWidth, 322))), -14);
+    EXPECT_EQ(Set(0, Block(With(&Layout::nWidth, 322), 1)), -21);
+    EXPECT_EQ(Set(0, Block(With(&Layout::nWidth, 322))), -14);
 }
 
 TEST_F(SentivoSDKHandle, SetImageRewritesTheCallersPaletteEvenWhenALaterTestFails)
 {
     const Block accepted, refusedLater(Pels(19487, 19487)),
-        refusedBefore(With(&Spec::nClrUsed, 16));
+        refusedBefore(With(&Layout::nClrUsed, 16));
     ASSERT_TRUE(accepted.HasPalette(false));
     EXPECT_EQ(Set(0, accepted), 0);
     EXPECT_TRUE(accepted.HasPalette(true));
@@ -219,7 +219,7 @@ TEST_F(SentivoSDKHandle, SetImageRewritesTheCallersPaletteEvenWhenALaterTestFail
 TEST_F(SentivoSDKHandle, FailedSetImageKeepsTheOldImage)
 {
     SetAll({});
-    Spec narrow = With(&Spec::nWidth, 200), narrowBadPels = narrow;
+    Layout narrow = With(&Layout::nWidth, 200), narrowBadPels = narrow;
     narrowBadPels.nYPels = 19882;
     EXPECT_EQ(Set(0, Block(narrowBadPels)), -13);
     EXPECT_EQ(Set(0, Block(narrow, 1)), -21);
@@ -335,7 +335,7 @@ TEST_F(SentivoSDKHandle, DetectionReportsMissingAndMisfitImagesAndLeavesTheScore
         EXPECT_EQ(dBoth, 0.0);
     };
     expectAll(-37);
-    SetAll(With(&Spec::nWidth, 200));
+    SetAll(With(&Layout::nWidth, 200));
     expectAll(-14);
     SetAll({});
     expectAll(-101); // the two halves are not built yet
