@@ -36,10 +36,11 @@ std::vector<std::vector<uint8_t>> ReadSeeds(int argc, char** argv)
         }
         closedir(pDir);
     }
-    // A few texts for the property target.
-    for (const char* szText : {"\x10Version", "\x00nSecurityLevel\0002", "\x40" "dQueryFAR\0" "0.01",
-                               "\x05" "bMovementDetection\0" "False", "\xff" "dQueryScore\0" "1e300"})
-        seeds.emplace_back(szText, szText + 24);
+    // A few texts for the property target: buffer size, name, NUL, value.
+    using namespace std::string_literals;
+    for (const std::string& text : {"\x10Version"s, "\x00nSecurityLevel\x00" "2"s, "\x40" "dQueryFAR\x00" "0.01"s,
+                                    "\x05" "bMovementDetection\x00" "False"s, "\xff" "dQueryScore\x00" "1e300"s})
+        seeds.emplace_back(text.begin(), text.end());
     return seeds;
 }
 
