@@ -16,7 +16,8 @@ std::vector<uint8_t> CaptureBlock()
     const int32_t nWidth = 320;
     const int32_t nHeight = 480;
     std::vector<uint8_t> block(40 + 1024 + static_cast<size_t>(nWidth * nHeight));
-    const uint32_t header[10] = {40, nWidth, nHeight, 1 | (8u << 16), 0, nWidth * nHeight, 19685, 19685, 256, 256};
+    const uint32_t header[10] = {40,    nWidth, nHeight, 1 | (8u << 16), 0, nWidth * nHeight, 19685,
+                                 19685, 256,    256};
     std::memcpy(block.data(), header, sizeof(header));
     for (size_t i = 40 + 1024; i < block.size(); ++i)
         block[i] = static_cast<uint8_t>(i * 31);
@@ -48,10 +49,12 @@ void BM_SetImage320x480(benchmark::State& state)
     std::vector<uint8_t> block = CaptureBlock();
     for (auto _ : state)
     {
-        const int32_t nCode = SentivoSetImage(sdk.Handle(), 0, block.data(), static_cast<uint32_t>(block.size()));
+        const int32_t nCode =
+            SentivoSetImage(sdk.Handle(), 0, block.data(), static_cast<uint32_t>(block.size()));
         benchmark::DoNotOptimize(nCode);
     }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(block.size()));
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                            static_cast<int64_t>(block.size()));
 }
 BENCHMARK(BM_SetImage320x480);
 

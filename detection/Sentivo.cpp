@@ -15,13 +15,17 @@ ClSentivo::ClSentivo()
     BuildValidAreaMask();
 }
 
-ClProcessorBase* ClSentivo::NewInstance() const { return NewProcessor<ClSentivo>(); }
+ClProcessorBase* ClSentivo::NewInstance() const
+{
+    return NewProcessor<ClSentivo>();
+}
 
 void ClSentivo::BuildValidAreaMask()
 {
     m_ValidAreaMask.Create(ClImage::eUInt8, kImageWidth, kImageHeight);
     m_ValidAreaMask.Fill<uint8_t>(255);
-    auto clear = [this](int32_t y, int32_t x0, int32_t x1) {
+    auto clear = [this](int32_t y, int32_t x0, int32_t x1)
+    {
         uint8_t* pRow = m_ValidAreaMask.Row<uint8_t>(y);
         std::memset(pRow + x0, 0, static_cast<size_t>(x1 - x0));
     };

@@ -10,7 +10,8 @@ namespace SentivoFuzz
 
 inline SentivoHandle Handle()
 {
-    static SentivoHandle hHandle = [] {
+    static SentivoHandle hHandle = []
+    {
         SentivoHandle h = nullptr;
         if (SentivoInitialize(nullptr) != ZRC_SUCCESS || SentivoCreateHandle(&h) != ZRC_SUCCESS)
             std::abort();

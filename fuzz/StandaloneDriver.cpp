@@ -30,7 +30,8 @@ std::vector<std::vector<uint8_t>> ReadSeeds(int argc, char** argv)
                 continue;
             const std::string path = std::string(argv[i]) + "/" + pEntry->d_name;
             std::ifstream in(path, std::ios::binary);
-            std::vector<uint8_t> data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+            std::vector<uint8_t> data((std::istreambuf_iterator<char>(in)),
+                                      std::istreambuf_iterator<char>());
             if (!data.empty())
                 seeds.push_back(std::move(data));
         }
@@ -38,13 +39,26 @@ std::vector<std::vector<uint8_t>> ReadSeeds(int argc, char** argv)
     }
     // A few texts for the property target: buffer size, name, NUL, value.
     using namespace std::string_literals;
-    for (const std::string& text : {"\x10Version"s, "\x00nSecurityLevel\x00" "2"s, "\x40" "dQueryFAR\x00" "0.01"s,
-                                    "\x05" "bMovementDetection\x00" "False"s, "\xff" "dQueryScore\x00" "1e300"s})
+    for (const std::string& text : {"\x10Version"s,
+                                    "\x00nSecurityLevel\x00"
+                                    "2"s,
+                                    "\x40"
+                                    "dQueryFAR\x00"
+                                    "0.01"s,
+                                    "\x05"
+                                    "bMovementDetection\x00"
+                                    "False"s,
+                                    "\xff"
+                                    "dQueryScore\x00"
+                                    "1e300"s})
         seeds.emplace_back(text.begin(), text.end());
     return seeds;
 }
 
-void Run(const std::vector<uint8_t>& input) { LLVMFuzzerTestOneInput(input.data(), input.size()); }
+void Run(const std::vector<uint8_t>& input)
+{
+    LLVMFuzzerTestOneInput(input.data(), input.size());
+}
 
 } // namespace
 
@@ -66,7 +80,8 @@ int main(int argc, char** argv)
         for (size_t nCut : {1, 2, 15, 40, 41, 42, 100, 1064, 1065, 1066})
         {
             if (nCut < block.size())
-                Run(std::vector<uint8_t>(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(nCut)));
+                Run(std::vector<uint8_t>(block.begin(),
+                                         block.begin() + static_cast<std::ptrdiff_t>(nCut)));
         }
         if (block.size() > 2)
             Run(std::vector<uint8_t>(block.begin(), block.end() - 1));
@@ -78,7 +93,8 @@ int main(int argc, char** argv)
             for (int k = 0; k < 4; ++k)
             {
                 const size_t nAt = random() % (n % 2 == 0 ? nHeader : mutated.size());
-                mutated[nAt] = static_cast<uint8_t>(k % 2 == 0 ? random() : (random() % 2 ? 0xFF : 0x00));
+                mutated[nAt] =
+                    static_cast<uint8_t>(k % 2 == 0 ? random() : (random() % 2 ? 0xFF : 0x00));
             }
             Run(mutated);
             ++nRuns;

@@ -18,7 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     const char* pText = reinterpret_cast<const char*>(pData + 1);
     const size_t nText = nSize - 1;
     const void* pSplit = std::memchr(pText, 0, nText);
-    const size_t nName = pSplit != nullptr ? static_cast<size_t>(static_cast<const char*>(pSplit) - pText) : nText / 2;
+    const size_t nName = pSplit != nullptr
+                             ? static_cast<size_t>(static_cast<const char*>(pSplit) - pText)
+                             : nText / 2;
     const std::string name(pText, nName);
     const std::string value(pText + nName + (pSplit != nullptr ? 1 : 0), pText + nText);
     const SentivoHandle hHandle = SentivoFuzz::Handle();
@@ -29,7 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     SentivoGetPropertyA(hHandle, name.c_str(), buffer.data(), &nValueSize);
 
     // The same bytes as UTF-16 code units, unpaired surrogates and all.
-    auto widen = [](const char* p, size_t n) {
+    auto widen = [](const char* p, size_t n)
+    {
         std::u16string wide(n / 2, u'\0');
         std::memcpy(wide.data(), p, wide.size() * 2);
         for (char16_t& c : wide)

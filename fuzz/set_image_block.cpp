@@ -17,8 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     if (pBlock == nullptr)
         return 0;
     std::memcpy(pBlock, pData + 1, nBlock);
-    const int32_t nCode = SentivoSetImage(SentivoFuzz::Handle(), nIndex, nBlock == 0 ? nullptr : pBlock,
-                                          static_cast<uint32_t>(nBlock));
+    const int32_t nCode =
+        SentivoSetImage(SentivoFuzz::Handle(), nIndex, nBlock == 0 ? nullptr : pBlock,
+                        static_cast<uint32_t>(nBlock));
     if (nCode > 0)
         std::abort();
     double dScore = 0.0;

@@ -10,7 +10,9 @@ template <typename T, uint32_t N> class TpArrayDynamic : public TpArrayStatic<T>
 
 public:
     TpArrayDynamic() = default;
-    TpArrayDynamic(const TpArrayDynamic& other) : TpArrayStatic<T>(other), m_nCount(other.m_nCount) {}
+    TpArrayDynamic(const TpArrayDynamic& other) : TpArrayStatic<T>(other), m_nCount(other.m_nCount)
+    {
+    }
     TpArrayDynamic& operator=(const TpArrayDynamic& other)
     {
         if (this != &other)

@@ -34,7 +34,8 @@ void ClImageDataTypeCheck::CheckDataType(const ClImage& image) const
     if (AcceptsDataType(image.DataType()))
         return;
     char szMessage[128];
-    std::snprintf(szMessage, sizeof(szMessage), "Input pixel type \"%s\" not supported by processor.",
+    std::snprintf(szMessage, sizeof(szMessage),
+                  "Input pixel type \"%s\" not supported by processor.",
                   ClImage::TypeText(image.DataType()));
     SENTIVO_THROW(szMessage, ZRC_ERROR_FORMAT_NOTSUPPORTED);
 }

@@ -11,7 +11,10 @@ ClProcessorTimingTable* ClProcessorBase::s_pTimingTable = nullptr;
 
 ClProcessorBase::ClProcessorBase() : m_pLog(s_pDefaultLog) {}
 
-void ClProcessorBase::DefineParameters(ClParameterContainer&) { (void)GetName(); }
+void ClProcessorBase::DefineParameters(ClParameterContainer&)
+{
+    (void)GetName();
+}
 
 void ClProcessorBase::CopyStatusText(char* szBuffer, uint32_t nSize, const char* szText)
 {
@@ -38,7 +41,10 @@ void ClProcessorBase::ConnectParameters(ClParameterContainer& container)
     container.SwapValuesAndDefaults();
 }
 
-void ClProcessorBase::EnableLog(bool bOn) { m_pLog = bOn ? s_pDefaultLog : nullptr; }
+void ClProcessorBase::EnableLog(bool bOn)
+{
+    m_pLog = bOn ? s_pDefaultLog : nullptr;
+}
 
 int32_t ClProcessorBase::Run()
 {

@@ -18,7 +18,8 @@ public:
     {
         *ppfn = reinterpret_cast<F>(LookUp(szSymbol));
         if (*ppfn == nullptr)
-            throw ClExDynamicLibraryLoadFail(szSymbol, ZRC_ERROR_UNKNOWN_PARAMETER, __FILE__, __LINE__);
+            throw ClExDynamicLibraryLoadFail(szSymbol, ZRC_ERROR_UNKNOWN_PARAMETER, __FILE__,
+                                             __LINE__);
     }
     // Failure to release: -204.
     void Unload();

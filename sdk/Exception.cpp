@@ -16,7 +16,8 @@ namespace
 // the buffer); both are handled so the text always ends up in szBuffer.
 const char* SystemText(int nError, char* szBuffer, size_t nSize)
 {
-    auto pick = [&](auto result) -> const char* {
+    auto pick = [&](auto result) -> const char*
+    {
         if constexpr (std::is_same_v<decltype(result), char*>)
             return result;
         else
@@ -31,7 +32,10 @@ const char* SystemText(int nError, char* szBuffer, size_t nSize)
 namespace Vlm
 {
 
-CXSystemException::CXSystemException(int32_t nError) : m_nError(nError) { m_szBuffer[0] = '\0'; }
+CXSystemException::CXSystemException(int32_t nError) : m_nError(nError)
+{
+    m_szBuffer[0] = '\0';
+}
 
 const char* CXSystemException::GetDescription() const noexcept
 {
@@ -45,8 +49,8 @@ const char* CXSystemException::GetDescription() const noexcept
 
 } // namespace Vlm
 
-ClException::ClException(const char* szMessage, int32_t nCode, bool bOwnsMessage, const char* szFile,
-                         int32_t nLine)
+ClException::ClException(const char* szMessage, int32_t nCode, bool bOwnsMessage,
+                         const char* szFile, int32_t nLine)
     : m_szMessage(nullptr), m_szFile(szFile), m_nLine(nLine), m_nCode(nCode),
       m_bOwnsMessage(bOwnsMessage)
 {
@@ -139,7 +143,8 @@ ClExSystem::ClExSystem(const char* szMessage, const char* szFile, int32_t nLine)
     // its trailing line breaks.
     char szTrimmed[256];
     std::snprintf(szTrimmed, sizeof(szTrimmed), "%s", szSystem);
-    for (size_t n = std::strlen(szTrimmed); n > 0 && static_cast<unsigned char>(szTrimmed[n - 1]) < ' '; --n)
+    for (size_t n = std::strlen(szTrimmed);
+         n > 0 && static_cast<unsigned char>(szTrimmed[n - 1]) < ' '; --n)
     {
         if (szTrimmed[n - 1] == '\n' || szTrimmed[n - 1] == '\r')
             szTrimmed[n - 1] = '\0';

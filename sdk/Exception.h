@@ -133,7 +133,9 @@ public:
 };
 
 // Throw helpers that record the source position.
-#define SENTIVO_THROW(szMessage, nCode) throw ClException((szMessage), (nCode), false, __FILE__, __LINE__)
+#define SENTIVO_THROW(szMessage, nCode)                                                            \
+    throw ClException((szMessage), (nCode), false, __FILE__, __LINE__)
 #define SENTIVO_THROW_CODE(nCode) throw ClExVelmoran((nCode), __FILE__, __LINE__)
 #define SENTIVO_THROW_BAD_ALLOC()                                                                  \
-    throw ClExBadAlloc("Memory allocation failed", ZRC_ERROR_OUT_OF_MEMORY, false, __FILE__, __LINE__)
+    throw ClExBadAlloc("Memory allocation failed", ZRC_ERROR_OUT_OF_MEMORY, false, __FILE__,       \
+                       __LINE__)

@@ -35,7 +35,8 @@ template <typename F> int32_t LoggedFrame(const char* szFunction, F&& operation)
     catch (const ClException& e)
     {
         const int32_t nCode = e.GetCode();
-        SdkLog(Sentivo::eLogError, "%s%s Error(%d): %s", szFunction, "", nCode, ErrorDescription(nCode));
+        SdkLog(Sentivo::eLogError, "%s%s Error(%d): %s", szFunction, "", nCode,
+               ErrorDescription(nCode));
         return nCode;
     }
 }
@@ -82,16 +83,14 @@ const char* ReadProperty(G&& getProperty, char (&szLocal)[128], std::unique_ptr<
 // The narrow name as it stands, or the wide name converted afresh per call.
 auto NarrowName(ClSentivoSDKHandle& handle, const char* szName)
 {
-    return [&handle, szName](char* szBuffer, uint32_t& nSize) {
-        return handle.GetProperty(szName, szBuffer, nSize);
-    };
+    return [&handle, szName](char* szBuffer, uint32_t& nSize)
+    { return handle.GetProperty(szName, szBuffer, nSize); };
 }
 
 auto WideName(ClSentivoSDKHandle& handle, const char16_t* szName)
 {
-    return [&handle, szName](char* szBuffer, uint32_t& nSize) {
-        return handle.GetProperty(Sentivo::WideToNarrow(szName).get(), szBuffer, nSize);
-    };
+    return [&handle, szName](char* szBuffer, uint32_t& nSize)
+    { return handle.GetProperty(Sentivo::WideToNarrow(szName).get(), szBuffer, nSize); };
 }
 
 // Steps 4 to 8 of a property read, for either character width: the needed
@@ -111,169 +110,189 @@ void DeliverText(const Char* szText, size_t nLength, Char* szValue, uint32_t* pn
 
 } // namespace
 
-extern "C" {
-
-SENTIVO_API int32_t SentivoInitialize(void* pReserved)
+extern "C"
 {
-    SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Enter", pReserved);
-    const int32_t nCode = SilentFrame([] { ClSDK::CreateInstance(); });
-    if (nCode == ZRC_SUCCESS)
+
+    SENTIVO_API int32_t SentivoInitialize(void* pReserved)
     {
-        SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Leave", pReserved);
-        return ZRC_SUCCESS;
-    }
-    SdkLog(Sentivo::eLogError, "SentivoInitialize(%p) Error(%d): %s", pReserved, nCode, ErrorDescription(nCode));
-    return nCode;
-}
-
-SENTIVO_API int32_t SentivoUninitialize(void)
-{
-    SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Enter");
-    const int32_t nCode = SilentFrame([] { ClSDK::ReleaseInstance(); });
-    if (nCode == ZRC_SUCCESS)
-    {
-        SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Leave");
-        return ZRC_SUCCESS;
-    }
-    SdkLog(Sentivo::eLogError, "SentivoUninitialize(void) Error(%d): %s", nCode, ErrorDescription(nCode));
-    return nCode;
-}
-
-SENTIVO_API int32_t SentivoCreateHandle(SentivoHandle* pHandle)
-{
-    return SilentFrame([&] {
-        if (ClSDK::GetInitCount() == 0)
-            SENTIVO_THROW("Initialization required prior to handle creation", ZRC_ERROR_NOT_INITIALIZED);
-        if (pHandle == nullptr)
-            SENTIVO_THROW("handle reference is NULL pointer", ZRC_ERROR_BAD_POINTER);
-        const SentivoHandle hNull = nullptr;
-        if (!Sentivo::ProbeWrite(pHandle, &hNull, sizeof(hNull)))
-            SENTIVO_THROW("protection fault while accessing handle reference", ZRC_ERROR_BAD_POINTER);
-        RaiseIfFailed(Sentivo::CreateBlock(pHandle));
-        Resolve(*pHandle)->OnCreate();
-    });
-}
-
-SENTIVO_API int32_t SentivoDestroyHandle(SentivoHandle* pHandle)
-{
-    return SilentFrame([&] {
-        if (ClSDK::GetInitCount() == 0)
-            SENTIVO_THROW_CODE(ZRC_ERROR_NOT_INITIALIZED);
-        if (pHandle == nullptr)
-            SENTIVO_THROW("handle reference is NULL pointer", ZRC_ERROR_INVALID_PARAMETER);
-        // The variable must be readable and writable before anything is
-        // freed, so that a failure leaves the handle alive.
-        SentivoHandle hValue = nullptr;
-        if (!Sentivo::ProbeRead(pHandle, &hValue, sizeof(hValue)) ||
-            !Sentivo::ProbeWrite(pHandle, &hValue, sizeof(hValue)))
+        SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Enter", pReserved);
+        const int32_t nCode = SilentFrame([] { ClSDK::CreateInstance(); });
+        if (nCode == ZRC_SUCCESS)
         {
-            SENTIVO_THROW("protection fault while accessing handle reference", ZRC_ERROR_BAD_POINTER);
+            SdkLog(Sentivo::eLogTrace, "SentivoInitialize(%p) Leave", pReserved);
+            return ZRC_SUCCESS;
         }
-        Sentivo::ResolveForDestroy(hValue)->DestroyHandle(pHandle);
-    });
-}
+        SdkLog(Sentivo::eLogError, "SentivoInitialize(%p) Error(%d): %s", pReserved, nCode,
+               ErrorDescription(nCode));
+        return nCode;
+    }
 
-SENTIVO_API int32_t SentivoReset(SentivoHandle hHandle)
-{
-    return LoggedFrame("SentivoReset", [&] { Resolve(hHandle)->Reset(); });
-}
+    SENTIVO_API int32_t SentivoUninitialize(void)
+    {
+        SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Enter");
+        const int32_t nCode = SilentFrame([] { ClSDK::ReleaseInstance(); });
+        if (nCode == ZRC_SUCCESS)
+        {
+            SdkLog(Sentivo::eLogTrace, "SentivoUninitialize(void) Leave");
+            return ZRC_SUCCESS;
+        }
+        SdkLog(Sentivo::eLogError, "SentivoUninitialize(void) Error(%d): %s", nCode,
+               ErrorDescription(nCode));
+        return nCode;
+    }
 
-SENTIVO_API int32_t SentivoSetImage(SentivoHandle hHandle, int32_t nImageIndex, void* pBitmap,
-                                    uint32_t nBitmapSize)
-{
-    return LoggedFrame("SentivoSetImage",
-                       [&] { Resolve(hHandle)->SetImage(nImageIndex, pBitmap, nBitmapSize); });
-}
+    SENTIVO_API int32_t SentivoCreateHandle(SentivoHandle* pHandle)
+    {
+        return SilentFrame(
+            [&]
+            {
+                if (ClSDK::GetInitCount() == 0)
+                    SENTIVO_THROW("Initialization required prior to handle creation",
+                                  ZRC_ERROR_NOT_INITIALIZED);
+                if (pHandle == nullptr)
+                    SENTIVO_THROW("handle reference is NULL pointer", ZRC_ERROR_BAD_POINTER);
+                const SentivoHandle hNull = nullptr;
+                if (!Sentivo::ProbeWrite(pHandle, &hNull, sizeof(hNull)))
+                    SENTIVO_THROW("protection fault while accessing handle reference",
+                                  ZRC_ERROR_BAD_POINTER);
+                RaiseIfFailed(Sentivo::CreateBlock(pHandle));
+                Resolve(*pHandle)->OnCreate();
+            });
+    }
 
-SENTIVO_API int32_t SentivoDetectFinger(SentivoHandle hHandle)
-{
-    return LoggedFrame("SentivoDetectFinger", [&] { Resolve(hHandle)->DetectFinger(); });
-}
+    SENTIVO_API int32_t SentivoDestroyHandle(SentivoHandle* pHandle)
+    {
+        return SilentFrame(
+            [&]
+            {
+                if (ClSDK::GetInitCount() == 0)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_NOT_INITIALIZED);
+                if (pHandle == nullptr)
+                    SENTIVO_THROW("handle reference is NULL pointer", ZRC_ERROR_INVALID_PARAMETER);
+                // The variable must be readable and writable before anything is
+                // freed, so that a failure leaves the handle alive.
+                SentivoHandle hValue = nullptr;
+                if (!Sentivo::ProbeRead(pHandle, &hValue, sizeof(hValue)) ||
+                    !Sentivo::ProbeWrite(pHandle, &hValue, sizeof(hValue)))
+                {
+                    SENTIVO_THROW("protection fault while accessing handle reference",
+                                  ZRC_ERROR_BAD_POINTER);
+                }
+                Sentivo::ResolveForDestroy(hValue)->DestroyHandle(pHandle);
+            });
+    }
 
-SENTIVO_API int32_t SentivoDetectFake(SentivoHandle hHandle, double* pdScore)
-{
-    return LoggedFrame("SentivoDetectFake", [&] { Resolve(hHandle)->DetectFake(pdScore); });
-}
+    SENTIVO_API int32_t SentivoReset(SentivoHandle hHandle)
+    {
+        return LoggedFrame("SentivoReset", [&] { Resolve(hHandle)->Reset(); });
+    }
 
-SENTIVO_API int32_t SentivoEvaluateLiveliness(SentivoHandle hHandle, double* pdScore)
-{
-    return LoggedFrame("SentivoEvaluateLiveliness",
-                       [&] { Resolve(hHandle)->EvaluateLiveliness(pdScore); });
-}
+    SENTIVO_API int32_t SentivoSetImage(SentivoHandle hHandle, int32_t nImageIndex, void* pBitmap,
+                                        uint32_t nBitmapSize)
+    {
+        return LoggedFrame("SentivoSetImage",
+                           [&] { Resolve(hHandle)->SetImage(nImageIndex, pBitmap, nBitmapSize); });
+    }
 
-SENTIVO_API int32_t SentivoSetPropertyA(SentivoHandle hHandle, const char* szName, const char* szValue)
-{
-    return SilentFrame([&] {
-        ClSentivoSDKHandle& handle = *Resolve(hHandle);
-        if (szName == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        // The probe reports an unknown name before the value is looked at.
-        char szLocal[128];
-        std::unique_ptr<char[]> array;
-        ReadProperty(NarrowName(handle, szName), szLocal, array);
-        if (szValue == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        handle.SetProperty(szName, szValue);
-    });
-}
+    SENTIVO_API int32_t SentivoDetectFinger(SentivoHandle hHandle)
+    {
+        return LoggedFrame("SentivoDetectFinger", [&] { Resolve(hHandle)->DetectFinger(); });
+    }
 
-SENTIVO_API int32_t SentivoSetPropertyW(SentivoHandle hHandle, const char16_t* szName,
-                                        const char16_t* szValue)
-{
-    return SilentFrame([&] {
-        ClSentivoSDKHandle& handle = *Resolve(hHandle);
-        if (szName == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        char szLocal[128];
-        std::unique_ptr<char[]> array;
-        ReadProperty(WideName(handle, szName), szLocal, array);
-        if (szValue == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        handle.SetProperty(Sentivo::WideToNarrow(szName).get(), Sentivo::WideToNarrow(szValue).get());
-    });
-}
+    SENTIVO_API int32_t SentivoDetectFake(SentivoHandle hHandle, double* pdScore)
+    {
+        return LoggedFrame("SentivoDetectFake", [&] { Resolve(hHandle)->DetectFake(pdScore); });
+    }
 
-SENTIVO_API int32_t SentivoGetPropertyA(SentivoHandle hHandle, const char* szName, char* szValue,
-                                        uint32_t* pnValueSize)
-{
-    return SilentFrame([&] {
-        ClSentivoSDKHandle& handle = *Resolve(hHandle);
-        if (szName == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        char szLocal[128];
-        std::unique_ptr<char[]> array;
-        const char* szText = ReadProperty(NarrowName(handle, szName), szLocal, array);
-        if (pnValueSize == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
-        DeliverText(szText, std::strlen(szText), szValue, pnValueSize);
-    });
-}
+    SENTIVO_API int32_t SentivoEvaluateLiveliness(SentivoHandle hHandle, double* pdScore)
+    {
+        return LoggedFrame("SentivoEvaluateLiveliness",
+                           [&] { Resolve(hHandle)->EvaluateLiveliness(pdScore); });
+    }
 
-SENTIVO_API int32_t SentivoGetPropertyW(SentivoHandle hHandle, const char16_t* szName,
-                                        char16_t* szValue, uint32_t* pnValueSize)
-{
-    return SilentFrame([&] {
-        ClSentivoSDKHandle& handle = *Resolve(hHandle);
-        if (szName == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-        char szLocal[128];
-        std::unique_ptr<char[]> array;
-        const char* szText = ReadProperty(WideName(handle, szName), szLocal, array);
-        if (pnValueSize == nullptr)
-            SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
-        const std::unique_ptr<char16_t[]> wide = Sentivo::NarrowToWide(szText);
-        DeliverText(wide.get(), Sentivo::WideLength(wide.get()), szValue, pnValueSize);
-    });
-}
+    SENTIVO_API int32_t SentivoSetPropertyA(SentivoHandle hHandle, const char* szName,
+                                            const char* szValue)
+    {
+        return SilentFrame(
+            [&]
+            {
+                ClSentivoSDKHandle& handle = *Resolve(hHandle);
+                if (szName == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                // The probe reports an unknown name before the value is looked at.
+                char szLocal[128];
+                std::unique_ptr<char[]> array;
+                ReadProperty(NarrowName(handle, szName), szLocal, array);
+                if (szValue == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                handle.SetProperty(szName, szValue);
+            });
+    }
 
-SENTIVO_API const char* SentivoGetErrorDescriptionA(int32_t nErrorCode)
-{
-    return ErrorDescription(nErrorCode);
-}
+    SENTIVO_API int32_t SentivoSetPropertyW(SentivoHandle hHandle, const char16_t* szName,
+                                            const char16_t* szValue)
+    {
+        return SilentFrame(
+            [&]
+            {
+                ClSentivoSDKHandle& handle = *Resolve(hHandle);
+                if (szName == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                char szLocal[128];
+                std::unique_ptr<char[]> array;
+                ReadProperty(WideName(handle, szName), szLocal, array);
+                if (szValue == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                handle.SetProperty(Sentivo::WideToNarrow(szName).get(),
+                                   Sentivo::WideToNarrow(szValue).get());
+            });
+    }
 
-SENTIVO_API const char16_t* SentivoGetErrorDescriptionW(int32_t nErrorCode)
-{
-    return ErrorDescriptionW(nErrorCode);
-}
+    SENTIVO_API int32_t SentivoGetPropertyA(SentivoHandle hHandle, const char* szName,
+                                            char* szValue, uint32_t* pnValueSize)
+    {
+        return SilentFrame(
+            [&]
+            {
+                ClSentivoSDKHandle& handle = *Resolve(hHandle);
+                if (szName == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                char szLocal[128];
+                std::unique_ptr<char[]> array;
+                const char* szText = ReadProperty(NarrowName(handle, szName), szLocal, array);
+                if (pnValueSize == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
+                DeliverText(szText, std::strlen(szText), szValue, pnValueSize);
+            });
+    }
+
+    SENTIVO_API int32_t SentivoGetPropertyW(SentivoHandle hHandle, const char16_t* szName,
+                                            char16_t* szValue, uint32_t* pnValueSize)
+    {
+        return SilentFrame(
+            [&]
+            {
+                ClSentivoSDKHandle& handle = *Resolve(hHandle);
+                if (szName == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+                char szLocal[128];
+                std::unique_ptr<char[]> array;
+                const char* szText = ReadProperty(WideName(handle, szName), szLocal, array);
+                if (pnValueSize == nullptr)
+                    SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
+                const std::unique_ptr<char16_t[]> wide = Sentivo::NarrowToWide(szText);
+                DeliverText(wide.get(), Sentivo::WideLength(wide.get()), szValue, pnValueSize);
+            });
+    }
+
+    SENTIVO_API const char* SentivoGetErrorDescriptionA(int32_t nErrorCode)
+    {
+        return ErrorDescription(nErrorCode);
+    }
+
+    SENTIVO_API const char16_t* SentivoGetErrorDescriptionW(int32_t nErrorCode)
+    {
+        return ErrorDescriptionW(nErrorCode);
+    }
 
 } // extern "C"

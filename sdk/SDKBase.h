@@ -4,7 +4,8 @@
 #include "sdk/Logging.h"
 #include "sdk/Singleton.h"
 
-template <typename T, typename TLogging> class TpSDKBase : public TpSingleton<T>, public TpLogging<TLogging>
+template <typename T, typename TLogging>
+class TpSDKBase : public TpSingleton<T>, public TpLogging<TLogging>
 {
 public:
     ~TpSDKBase() override = default;

@@ -64,7 +64,10 @@ public:
         *pnValue = TruncateToInt32(numeric.GetValue());
     }
 
-    void SetPropertyInt(const char* szName, int32_t nValue) override { SetNumeric(szName, nValue, false); }
+    void SetPropertyInt(const char* szName, int32_t nValue) override
+    {
+        SetNumeric(szName, nValue, false);
+    }
 
     void GetPropertyDouble(const char* szName, double* pdValue) override
     {
@@ -73,7 +76,10 @@ public:
         *pdValue = Numeric(container, szName, true).GetValue();
     }
 
-    void SetPropertyDouble(const char* szName, double dValue) override { SetNumeric(szName, dValue, true); }
+    void SetPropertyDouble(const char* szName, double dValue) override
+    {
+        SetNumeric(szName, dValue, true);
+    }
 
     void Reset() override {}
 
@@ -90,7 +96,8 @@ public:
 
     void DefineProperties(ClParameterContainer& container) override
     {
-        container.AddString("Version")->Bind(m_szVersion, kVersionCapacity, ClParameter::eFlagOutput);
+        container.AddString("Version")->Bind(m_szVersion, kVersionCapacity,
+                                             ClParameter::eFlagOutput);
         this->DefineHandleProperties(container);
     }
 
@@ -130,7 +137,8 @@ private:
                                                 bool bFloating)
     {
         ClParameter& parameter = Find(container, szName);
-        ClParameterNumericInterface* pNumeric = parameter.IsNumeric() ? parameter.AsNumeric() : nullptr;
+        ClParameterNumericInterface* pNumeric =
+            parameter.IsNumeric() ? parameter.AsNumeric() : nullptr;
         if (pNumeric == nullptr || (bFloating ? !pNumeric->IsFloating() : !pNumeric->IsInteger()))
             SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
         return *pNumeric;

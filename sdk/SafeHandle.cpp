@@ -41,8 +41,8 @@ SafeHandleBlock ReadBlock(SentivoHandle hValue)
 ClSentivoSDKHandle* Resolve(SentivoHandle hValue)
 {
     const SafeHandleBlock block = ReadBlock(hValue);
-    if (!HasSignature(block.m_szHead, kHandleSignature) || !HasSignature(block.m_szTail, kHandleSignature) ||
-        block.m_pObject == nullptr)
+    if (!HasSignature(block.m_szHead, kHandleSignature) ||
+        !HasSignature(block.m_szTail, kHandleSignature) || block.m_pObject == nullptr)
     {
         SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_HANDLE);
     }

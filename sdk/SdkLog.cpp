@@ -32,7 +32,10 @@ const char* FormatLogLine(char (&szLine)[kLogLineSize], const char* szFormat, va
     return strerror_r(errno, szError, sizeof(szError));
 }
 
-void ThrowLogFailure(const char* szReason) { SENTIVO_THROW(szReason, ZRC_ERROR_LOGGING); }
+void ThrowLogFailure(const char* szReason)
+{
+    SENTIVO_THROW(szReason, ZRC_ERROR_LOGGING);
+}
 
 } // namespace Sentivo
 

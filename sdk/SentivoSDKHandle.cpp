@@ -123,24 +123,31 @@ void ClSentivoSDKHandle::CheckStandardImage(void* pBitmap, uint32_t nBitmapSize)
     ClBitmap bitmap;
     bitmap.Attach(pBitmap, nBitmapSize);
     const SentivoBitmapInfoHeader& header = *bitmap.Header();
-    auto require = [](bool bHolds, const char* szText, int32_t nCode) {
+    auto require = [](bool bHolds, const char* szText, int32_t nCode)
+    {
         if (!bHolds)
             SENTIVO_THROW(szText, nCode);
     };
-    require(header.biXPelsPerMeter >= kMinPelsPerMeter && header.biXPelsPerMeter <= kMaxPelsPerMeter,
-            "Standard images must have 500 dpi or 19685 pels in x direction", ZRC_ERROR_BITMAP_PELS);
-    require(header.biYPelsPerMeter >= kMinPelsPerMeter && header.biYPelsPerMeter <= kMaxPelsPerMeter,
-            "Standard images must have 500 dpi or 19685 pels in y direction", ZRC_ERROR_BITMAP_PELS);
+    require(
+        header.biXPelsPerMeter >= kMinPelsPerMeter && header.biXPelsPerMeter <= kMaxPelsPerMeter,
+        "Standard images must have 500 dpi or 19685 pels in x direction", ZRC_ERROR_BITMAP_PELS);
+    require(
+        header.biYPelsPerMeter >= kMinPelsPerMeter && header.biYPelsPerMeter <= kMaxPelsPerMeter,
+        "Standard images must have 500 dpi or 19685 pels in y direction", ZRC_ERROR_BITMAP_PELS);
     require(header.biXPelsPerMeter == header.biYPelsPerMeter,
             "Standard images must have same dpi count in each direction", ZRC_ERROR_BITMAP_PELS);
     const double dWidth = header.biWidth;
     const double dHeight = header.biHeight;
-    require(dWidth >= kMinSizePixels, "Standard image width must at least cover 1 cm", ZRC_ERROR_BITMAP_DIMENSION);
-    require(dWidth <= kMaxSizePixels, "Standard image width must at most cover 2,5 cm", ZRC_ERROR_BITMAP_DIMENSION);
-    require(dHeight >= kMinSizePixels, "Standard image height must at least cover 1 cm", ZRC_ERROR_BITMAP_DIMENSION);
-    require(dHeight <= kMaxSizePixels, "Standard image height must at most cover 2,5 cm", ZRC_ERROR_BITMAP_DIMENSION);
-    require(header.biWidth % 4 == 0 && header.biHeight % 4 == 0, "Dimensions current image must be multiples of 4",
+    require(dWidth >= kMinSizePixels, "Standard image width must at least cover 1 cm",
             ZRC_ERROR_BITMAP_DIMENSION);
+    require(dWidth <= kMaxSizePixels, "Standard image width must at most cover 2,5 cm",
+            ZRC_ERROR_BITMAP_DIMENSION);
+    require(dHeight >= kMinSizePixels, "Standard image height must at least cover 1 cm",
+            ZRC_ERROR_BITMAP_DIMENSION);
+    require(dHeight <= kMaxSizePixels, "Standard image height must at most cover 2,5 cm",
+            ZRC_ERROR_BITMAP_DIMENSION);
+    require(header.biWidth % 4 == 0 && header.biHeight % 4 == 0,
+            "Dimensions current image must be multiples of 4", ZRC_ERROR_BITMAP_DIMENSION);
 }
 
 int32_t ClSentivoSDKHandle::RunDetection(uint8_t nMode)
@@ -149,7 +156,10 @@ int32_t ClSentivoSDKHandle::RunDetection(uint8_t nMode)
     return m_Detection.Run();
 }
 
-void ClSentivoSDKHandle::DetectFinger() { RunDetection(ClSentivo::eModeFinger); }
+void ClSentivoSDKHandle::DetectFinger()
+{
+    RunDetection(ClSentivo::eModeFinger);
+}
 
 void ClSentivoSDKHandle::DetectFake(double* pdScore)
 {
@@ -181,7 +191,8 @@ void ClSentivoSDKHandle::DefineHandleProperties(ClParameterContainer& container)
 {
     const uint8_t nSetting = ClParameter::eFlagInput | ClParameter::eFlagOutput;
     container.AddDouble<ClSentivo>("dQueryScore")
-        ->BindAccessors(&m_Detection, &ClSentivo::SetQueryScore, &ClSentivo::GetQueryScore, nSetting);
+        ->BindAccessors(&m_Detection, &ClSentivo::SetQueryScore, &ClSentivo::GetQueryScore,
+                        nSetting);
     container.AddDouble<ClSentivo>("dQueryFAR")
         ->BindAccessors(&m_Detection, &ClSentivo::SetQueryFAR, &ClSentivo::GetQueryFAR, nSetting);
     container.AddDouble<ClSentivo>("dQueryFRR")

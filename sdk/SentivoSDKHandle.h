@@ -10,8 +10,8 @@
 #include "sdk/SDKHandleBase.h"
 
 class ClSentivoSDKHandle;
-using ClSentivoSDKHandleBase =
-    TSDKHandleBase<ClSentivoSDKHandle, ClSentivoSDK, TSDKHandleBaseBase<ClSentivoSDKHandle, ClSentivoSDK>>;
+using ClSentivoSDKHandleBase = TSDKHandleBase<ClSentivoSDKHandle, ClSentivoSDK,
+                                              TSDKHandleBaseBase<ClSentivoSDKHandle, ClSentivoSDK>>;
 
 class ClSentivoSDKHandle : public ClSentivoSDKHandleBase
 {

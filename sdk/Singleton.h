@@ -51,7 +51,8 @@ private:
     static void ReleaseLocked()
     {
         if (s_nInitCount == 0)
-            SENTIVO_THROW("No Singleton Instance exist multible delete.", ZRC_ERROR_NOT_INITIALIZED);
+            SENTIVO_THROW("No Singleton Instance exist multible delete.",
+                          ZRC_ERROR_NOT_INITIALIZED);
         if (--s_nInitCount == 0 && s_pInstance != nullptr)
         {
             s_pInstance->OnUninitialize();

@@ -87,7 +87,10 @@ uint32_t DecodeUtf16(const char16_t*& s)
     return 0x10000 + ((c0 - 0xD800) << 10) + (c1 - 0xDC00);
 }
 
-size_t Utf8Length(uint32_t nCode) { return nCode < 0x80 ? 1 : nCode < 0x800 ? 2 : nCode < 0x10000 ? 3 : 4; }
+size_t Utf8Length(uint32_t nCode)
+{
+    return nCode < 0x80 ? 1 : nCode < 0x800 ? 2 : nCode < 0x10000 ? 3 : 4;
+}
 
 } // namespace
 

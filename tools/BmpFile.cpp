@@ -41,7 +41,8 @@ BmpFile ReadBmpFile(const std::string& path)
     return file;
 }
 
-void WriteGreyBmp(const std::string& path, int32_t nWidth, int32_t nHeight, const std::vector<uint8_t>& pixels)
+void WriteGreyBmp(const std::string& path, int32_t nWidth, int32_t nHeight,
+                  const std::vector<uint8_t>& pixels)
 {
     const uint32_t nRowBytes = (static_cast<uint32_t>(nWidth) + 3u) & ~3u;
     const uint32_t nPixelBytes = nRowBytes * static_cast<uint32_t>(nHeight);

@@ -25,6 +25,7 @@ BmpFile ReadBmpFile(const std::string& path);
 
 // Writes an 8-bit grey image (rows as stored, row 0 first) as a bitmap file
 // with file header, grey palette and 500 dpi.
-void WriteGreyBmp(const std::string& path, int32_t nWidth, int32_t nHeight, const std::vector<uint8_t>& pixels);
+void WriteGreyBmp(const std::string& path, int32_t nWidth, int32_t nHeight,
+                  const std::vector<uint8_t>& pixels);
 
 } // namespace SentivoTool

@@ -132,7 +132,8 @@ int32_t ScoreCapture(Session& session, const ScoreOptions& options, double& dSco
     for (int32_t nIndex = 0; nIndex < 3; ++nIndex)
     {
         BmpFile file = ReadBmpFile(*paths[nIndex]);
-        const int32_t nCode = SentivoSetImage(session.Handle(), nIndex, file.Block(), file.BlockSize());
+        const int32_t nCode =
+            SentivoSetImage(session.Handle(), nIndex, file.Block(), file.BlockSize());
         if (nCode != ZRC_SUCCESS)
             return nCode;
     }
@@ -170,10 +171,13 @@ int CommandThreshold(const std::vector<std::string>& args)
     if (args.size() != 2 || (args[0] != "--far" && args[0] != "--frr" && args[0] != "--score"))
         throw std::invalid_argument("threshold needs --far X, --frr X or --score X");
     Session session;
-    const char* szName = args[0] == "--far" ? "dQueryFAR" : args[0] == "--frr" ? "dQueryFRR" : "dQueryScore";
+    const char* szName = args[0] == "--far"   ? "dQueryFAR"
+                         : args[0] == "--frr" ? "dQueryFRR"
+                                              : "dQueryScore";
     session.SetProperty(szName, args[1]);
-    std::printf("dQueryScore %s\ndQueryFAR %s\ndQueryFRR %s\n", session.Property("dQueryScore").c_str(),
-                session.Property("dQueryFAR").c_str(), session.Property("dQueryFRR").c_str());
+    std::printf("dQueryScore %s\ndQueryFAR %s\ndQueryFRR %s\n",
+                session.Property("dQueryScore").c_str(), session.Property("dQueryFAR").c_str(),
+                session.Property("dQueryFRR").c_str());
     return 0;
 }
 
@@ -182,7 +186,8 @@ int CommandDemo(const std::vector<std::string>& files)
     if (files.empty())
         throw std::invalid_argument("demo needs the sample files");
     Session session;
-    std::printf("libsentivo %s\n\nSentivoSetImage on each sample:\n", session.Property("Version").c_str());
+    std::printf("libsentivo %s\n\nSentivoSetImage on each sample:\n",
+                session.Property("Version").c_str());
     const int nRefused = CheckFiles(session, files);
     std::printf("\nEvaluation of each sample (the capture stands in for backlight and dark):\n");
     for (const std::string& path : files)
@@ -191,7 +196,8 @@ int CommandDemo(const std::vector<std::string>& files)
         options.files = {path};
         double dScore = 0.0;
         const int32_t nCode = ScoreCapture(session, options, dScore);
-        std::printf("%-48s %6d  score %7.3f  %s\n", path.c_str(), nCode, dScore, SentivoGetErrorDescriptionA(nCode));
+        std::printf("%-48s %6d  score %7.3f  %s\n", path.c_str(), nCode, dScore,
+                    SentivoGetErrorDescriptionA(nCode));
     }
     return nRefused == 0 ? 0 : 1;
 }
@@ -218,7 +224,8 @@ int Dispatch(const std::vector<std::string>& args)
         ScoreOptions options;
         for (size_t i = 0; i < rest.size(); ++i)
         {
-            auto value = [&]() -> const std::string& {
+            auto value = [&]() -> const std::string&
+            {
                 if (++i >= rest.size())
                     throw std::invalid_argument(rest[i - 1] + " needs a value");
                 return rest[i];

@@ -45,7 +45,10 @@ struct FakeLog
 } // namespace
 
 // Present, but the logging library comes first: it must stay silent.
-extern "C" __attribute__((visibility("default"))) void OutputDebugStringA(const char*) { ++g_nDebugLines; }
+extern "C" __attribute__((visibility("default"))) void OutputDebugStringA(const char*)
+{
+    ++g_nDebugLines;
+}
 
 TEST(LoggingFacility, TakesEveryLineWithItsLevelAndFlushesEach)
 {

@@ -26,19 +26,24 @@ int main(void)
     /* C99 has no u"" literals: the name in UTF-16 code units. */
     static const char16_t szVersionName[] = {'v', 'e', 'r', 's', 'i', 'o', 'n', 0};
 
-    Check(strcmp(SentivoGetErrorDescriptionA(ZRC_SUCCESS), "No errors occurred.") == 0, "description of 0");
-    Check(SentivoCreateHandle(&hHandle) == ZRC_ERROR_NOT_INITIALIZED, "handle before initialisation");
+    Check(strcmp(SentivoGetErrorDescriptionA(ZRC_SUCCESS), "No errors occurred.") == 0,
+          "description of 0");
+    Check(SentivoCreateHandle(&hHandle) == ZRC_ERROR_NOT_INITIALIZED,
+          "handle before initialisation");
     Check(SentivoInitialize(NULL) == ZRC_SUCCESS, "initialise");
     Check(SentivoCreateHandle(&hHandle) == ZRC_SUCCESS && hHandle != NULL, "create handle");
-    Check(SentivoGetPropertyA(hHandle, "Version", szVersion, &nSize) == ZRC_SUCCESS, "read version");
+    Check(SentivoGetPropertyA(hHandle, "Version", szVersion, &nSize) == ZRC_SUCCESS,
+          "read version");
     Check(strcmp(szVersion, "2.0.1012.0") == 0 && nSize == 11, "version text");
-    Check(SentivoGetPropertyW(hHandle, szVersionName, szWide, &nWideSize) == ZRC_SUCCESS, "read wide version");
+    Check(SentivoGetPropertyW(hHandle, szVersionName, szWide, &nWideSize) == ZRC_SUCCESS,
+          "read wide version");
     Check(nWideSize == 11 && szWide[0] == '2' && szWide[10] == 0, "wide version text");
     Check(SentivoEvaluateLiveliness(hHandle, &dScore) == ZRC_ERROR_PARAM_IS_MISSING, "no images");
     Check(dScore == 0.0, "score zeroed");
     Check(SentivoDestroyHandle(&hHandle) == ZRC_SUCCESS && hHandle == NULL, "destroy handle");
     Check(SentivoUninitialize() == ZRC_SUCCESS, "uninitialise");
-    Check(E_INVALIDARG == (int32_t)-2147024809 && ZRC_ERROR_LD_VIDEO_FRAME_INFO_ID_INVALID == -798, "codes");
+    Check(E_INVALIDARG == (int32_t)-2147024809 && ZRC_ERROR_LD_VIDEO_FRAME_INFO_ID_INVALID == -798,
+          "codes");
     if (g_nFailures == 0)
         printf("C interface: all checks passed\n");
     return g_nFailures == 0 ? 0 : 1;

@@ -10,7 +10,8 @@ static int32_t g_Levels[FAKE_MAX_LINES];
 static int g_nLines = 0;
 static int g_nFlushes = 0;
 static int g_nCalls = 0;
-static int g_nFailAt = 0; /* 1-based number of the VlmLFLog call that fails (or whose flush fails); 0 none, -1 every call */
+static int g_nFailAt = 0; /* 1-based number of the VlmLFLog call that fails (or whose flush fails);
+                             0 none, -1 every call */
 static int g_bFailFlush = 0;
 
 int32_t VlmLFLog(int32_t level, const char* text)
@@ -45,7 +46,19 @@ void FakeLogReset(int nFailAt, int bFailFlush)
     g_bFailFlush = bFailFlush;
 }
 
-int FakeLogCount(void) { return g_nLines; }
-int FakeLogFlushes(void) { return g_nFlushes; }
-const char* FakeLogLine(int i) { return g_Lines[i]; }
-int32_t FakeLogLevel(int i) { return g_Levels[i]; }
+int FakeLogCount(void)
+{
+    return g_nLines;
+}
+int FakeLogFlushes(void)
+{
+    return g_nFlushes;
+}
+const char* FakeLogLine(int i)
+{
+    return g_Lines[i];
+}
+int32_t FakeLogLevel(int i)
+{
+    return g_Levels[i];
+}

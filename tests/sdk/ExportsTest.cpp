@@ -98,21 +98,25 @@ TEST_F(Initialized, EveryHandleFunctionRefusesNullAndForgedHandles)
         +[](SentivoHandle h) { return SentivoReset(h); },
         +[](SentivoHandle h) { return SentivoSetImage(h, 0, nullptr, 0); },
         +[](SentivoHandle h) { return SentivoDetectFinger(h); },
-        +[](SentivoHandle h) {
+        +[](SentivoHandle h)
+        {
             double d = 0.0;
             return SentivoDetectFake(h, &d);
         },
-        +[](SentivoHandle h) {
+        +[](SentivoHandle h)
+        {
             double d = 0.0;
             return SentivoEvaluateLiveliness(h, &d);
         },
         +[](SentivoHandle h) { return SentivoSetPropertyA(h, "nSecurityLevel", "1"); },
         +[](SentivoHandle h) { return SentivoSetPropertyW(h, u"nSecurityLevel", u"1"); },
-        +[](SentivoHandle h) {
+        +[](SentivoHandle h)
+        {
             uint32_t n = 0;
             return SentivoGetPropertyA(h, "Version", nullptr, &n);
         },
-        +[](SentivoHandle h) {
+        +[](SentivoHandle h)
+        {
             uint32_t n = 0;
             return SentivoGetPropertyW(h, u"Version", nullptr, &n);
         },
@@ -158,9 +162,12 @@ TEST_F(Initialized, BadHandleVariablesGive701AndKeepTheHandleAlive)
 {
     Page readOnly(PROT_READ);
     Page noAccess(PROT_NONE);
-    EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(readOnly.Get())), ZRC_ERROR_BAD_POINTER);
-    EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(noAccess.Get())), ZRC_ERROR_BAD_POINTER);
-    EXPECT_EQ(SentivoDestroyHandle(static_cast<SentivoHandle*>(noAccess.Get())), ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(readOnly.Get())),
+              ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(noAccess.Get())),
+              ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoDestroyHandle(static_cast<SentivoHandle*>(noAccess.Get())),
+              ZRC_ERROR_BAD_POINTER);
 
     // A live handle in a variable that turns read-only cannot be destroyed
     // through it, and stays usable.

@@ -38,13 +38,26 @@ TEST(HandleTypedProperty, NumbersByKindWithTypeAndDirectionChecks)
 
     // Integer access to a double, double access to an integer, numbers of a
     // text or an enumeration: all -44; an unknown name -206.
-    EXPECT_EQ(CodeOf([](ClSentivoSDKHandle& h) { int32_t n; h.GetPropertyInt("dQueryFAR", &n); }, handle),
+    EXPECT_EQ(CodeOf(
+                  [](ClSentivoSDKHandle& h)
+                  {
+                      int32_t n;
+                      h.GetPropertyInt("dQueryFAR", &n);
+                  },
+                  handle),
               ZRC_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(CodeOf([](ClSentivoSDKHandle& h) { h.SetPropertyDouble("nSecurityLevel", 2.0); }, handle),
-              ZRC_ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(
+        CodeOf([](ClSentivoSDKHandle& h) { h.SetPropertyDouble("nSecurityLevel", 2.0); }, handle),
+        ZRC_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(CodeOf([](ClSentivoSDKHandle& h) { h.SetPropertyInt("Version", 1); }, handle),
               ZRC_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(CodeOf([](ClSentivoSDKHandle& h) { double d; h.GetPropertyDouble("bMovementDetection", &d); }, handle),
+    EXPECT_EQ(CodeOf(
+                  [](ClSentivoSDKHandle& h)
+                  {
+                      double d;
+                      h.GetPropertyDouble("bMovementDetection", &d);
+                  },
+                  handle),
               ZRC_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(CodeOf([](ClSentivoSDKHandle& h) { h.SetPropertyInt("nNoSuchThing", 1); }, handle),
               ZRC_ERROR_UNKNOWN_PARAMETER);

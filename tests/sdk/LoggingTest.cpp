@@ -36,8 +36,8 @@ TEST(Logging, LineLimitIs1023Characters)
     catch (const ClException& e)
     {
         EXPECT_EQ(e.GetCode(), ZRC_ERROR_LOGGING);
-        EXPECT_STREQ(e.GetMessage(),
-                     "An error occurred in the log function, maybe log full.\nLogging Message bigger than 1024 bytes.");
+        EXPECT_STREQ(e.GetMessage(), "An error occurred in the log function, maybe log "
+                                     "full.\nLogging Message bigger than 1024 bytes.");
     }
     try
     {

@@ -15,7 +15,10 @@ using SentivoTool::WriteGreyBmp;
 
 namespace
 {
-std::string TempPath(const char* szName) { return ::testing::TempDir() + szName; }
+std::string TempPath(const char* szName)
+{
+    return ::testing::TempDir() + szName;
+}
 
 void WriteBytes(const std::string& path, const std::string& bytes)
 {
@@ -42,7 +45,8 @@ TEST(BmpFile, WrittenBitmapIsAcceptedAndReadsBackRowForRow)
     EXPECT_EQ(nStoredWidth, nWidth);
     for (int32_t y = 0; y < nHeight; ++y)
     {
-        EXPECT_EQ(0, std::memcmp(pBlock + 1064 + 204 * y, pixels.data() + nWidth * y, nWidth)) << "row " << y;
+        EXPECT_EQ(0, std::memcmp(pBlock + 1064 + 204 * y, pixels.data() + nWidth * y, nWidth))
+            << "row " << y;
         EXPECT_EQ(pBlock[1064 + 204 * y + 203], 0) << "padding of row " << y;
     }
     EXPECT_THROW(WriteGreyBmp(path, 4, 4, pixels), std::invalid_argument);
@@ -64,12 +68,15 @@ TEST(BmpFile, BundledSamplesPassTheLibrarysChecks)
     ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
     SentivoHandle hHandle = nullptr;
     ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
-    for (const char* szName : {"nist_libfprint_ink_arch.bmp", "nist_libfprint_ink_whorl.bmp",
-                               "nist_ref_card_ink_plain_thumb_fgp11.bmp", "nist_sivv_ink_rolled_card0001_01.bmp"})
+    for (const char* szName :
+         {"nist_libfprint_ink_arch.bmp", "nist_libfprint_ink_whorl.bmp",
+          "nist_ref_card_ink_plain_thumb_fgp11.bmp", "nist_sivv_ink_rolled_card0001_01.bmp"})
     {
-        SentivoTool::BmpFile file = ReadBmpFile(std::string(SENTIVO_SOURCE_DIR) + "/samples/" + szName);
+        SentivoTool::BmpFile file =
+            ReadBmpFile(std::string(SENTIVO_SOURCE_DIR) + "/samples/" + szName);
         EXPECT_EQ(file.BlockSize(), 154678u - 14u) << szName;
-        EXPECT_EQ(SentivoSetImage(hHandle, 0, file.Block(), file.BlockSize()), ZRC_SUCCESS) << szName;
+        EXPECT_EQ(SentivoSetImage(hHandle, 0, file.Block(), file.BlockSize()), ZRC_SUCCESS)
+            << szName;
     }
     EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
     EXPECT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
