@@ -62,19 +62,18 @@ bool ReadableAs(const ClImage& plane, const ClImage& first)
 
 } // namespace
 
-ClIpJoinPlanes::ClIpJoinPlanes() { SetDefaults(); }
+ClIpJoinPlanes::ClIpJoinPlanes() : m_pInPlane{nullptr, nullptr, nullptr, nullptr}, m_pOutImage(nullptr)
+{
+    SetDefaults();
+}
 
 void ClIpJoinPlanes::SetDefaults()
 {
-    for (uint32_t i = 0; i < kMaxPlanes; ++i)
-    {
-        pInPlane[i] = nullptr;
-        dInFillcolors[i] = std::numeric_limits<double>::quiet_NaN();
-    }
-    pOutImage = nullptr;
-    eOutContent = ClImage::eUnknown;
-    bFillEmptyPlanes = true;
-    nPlanes = 0;
+    for (double& dColour : m_dInFillcolors)
+        dColour = std::numeric_limits<double>::quiet_NaN();
+    m_eOutContent = ClImage::eUnknown;
+    m_bFillEmptyPlanes = true;
+    m_nPlanes = 0;
 }
 
 ClProcessorBase* ClIpJoinPlanes::NewInstance() const { return NewProcessor<ClIpJoinPlanes>(); }
@@ -82,21 +81,21 @@ ClProcessorBase* ClIpJoinPlanes::NewInstance() const { return NewProcessor<ClIpJ
 int32_t ClIpJoinPlanes::Run(ClImage* pOut, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                             ClImage* pPlane3)
 {
-    pOutImage = pOut;
-    pInPlane[0] = pPlane0;
-    pInPlane[1] = pPlane1;
-    pInPlane[2] = pPlane2;
-    pInPlane[3] = pPlane3;
+    m_pOutImage = pOut;
+    m_pInPlane[0] = pPlane0;
+    m_pInPlane[1] = pPlane1;
+    m_pInPlane[2] = pPlane2;
+    m_pInPlane[3] = pPlane3;
     return Run();
 }
 
 uint32_t ClIpJoinPlanes::PlanesOfContent() const
 {
     // eXYZ and eCIELab are not joined here; that is how the operator stands.
-    switch (eOutContent)
+    switch (m_eOutContent)
     {
     case ClImage::eUnknown:
-        return nPlanes;
+        return m_nPlanes;
     case ClImage::eGrayscale:
         return 1;
     case ClImage::eRGB:
@@ -113,7 +112,7 @@ uint32_t ClIpJoinPlanes::PlanesOfContent() const
 int32_t ClIpJoinPlanes::Process()
 {
     const uint32_t n = PlanesOfContent();
-    if (n == 0 && eOutContent != ClImage::eUnknown)
+    if (n == 0 && m_eOutContent != ClImage::eUnknown)
         return ZRC_ERROR_PARAM_OUT_OF_RANGE;
     // Only four plane images exist: a larger count cannot be joined.
     if (n > kMaxPlanes)
@@ -126,9 +125,9 @@ int32_t ClIpJoinPlanes::Process()
     int32_t nFirst = -1;
     for (uint32_t i = 0; i < n; ++i)
     {
-        if (pInPlane[i] == nullptr)
+        if (m_pInPlane[i] == nullptr)
             continue;
-        planes[i] = *pInPlane[i];
+        planes[i] = *m_pInPlane[i];
         bPresent[i] = true;
         if (nFirst < 0)
             nFirst = static_cast<int32_t>(i);
@@ -136,7 +135,7 @@ int32_t ClIpJoinPlanes::Process()
     if (nFirst < 0)
         return 0;
     // Nowhere to put the joined image: the missing-image code.
-    if (pOutImage == nullptr)
+    if (m_pOutImage == nullptr)
         return ZRC_ERROR_BITMAP_PTR;
     const ClImage& first = planes[nFirst];
     for (uint32_t i = 0; i < n; ++i)
@@ -145,11 +144,11 @@ int32_t ClIpJoinPlanes::Process()
             return ZRC_ERROR_PARAM_OUT_OF_RANGE;
     }
 
-    ClImage& out = *pOutImage;
+    ClImage& out = *m_pOutImage;
     out.Create(first.DataType(), first.Width(), first.Height(), n, first.XResolution(),
                first.YResolution());
-    if (eOutContent != ClImage::eUnknown)
-        out.SetContent(eOutContent);
+    if (m_eOutContent != ClImage::eUnknown)
+        out.SetContent(m_eOutContent);
 
     for (uint32_t i = 0; i < n; ++i)
     {
@@ -162,10 +161,10 @@ int32_t ClIpJoinPlanes::Process()
             if (nResult != 0)
                 CopyIntoPlaneBytes(planes[i], out, i);
         }
-        else if (bFillEmptyPlanes)
+        else if (m_bFillEmptyPlanes)
         {
             (void)SelectDataType(out.DataType(), [&](auto tag) {
-                FillPlane<typename decltype(tag)::Type>(out, i, dInFillcolors[i]);
+                FillPlane<typename decltype(tag)::Type>(out, i, m_dInFillcolors[i]);
                 return 0;
             });
         }

@@ -21,14 +21,14 @@ public:
                 ClImage* pPlane2 = nullptr, ClImage* pPlane3 = nullptr);
     using ClProcessorBase::Run;
 
-    ClImage* pInPlane[kMaxPlanes];
+    ClImage* m_pInPlane[kMaxPlanes];
     // Values of absent planes; NaN gives whatever its truncation gives.
-    double dInFillcolors[kMaxPlanes];
-    ClImage* pOutImage;
-    ClImage::EContent eOutContent;
-    bool bFillEmptyPlanes;
+    double m_dInFillcolors[kMaxPlanes];
+    ClImage* m_pOutImage;
+    ClImage::EContent m_eOutContent;
+    bool m_bFillEmptyPlanes;
     // Planes of the output when the content is eUnknown.
-    uint32_t nPlanes;
+    uint32_t m_nPlanes;
 
 private:
     // Planes of the output for the content, or 0 for a content that is not

@@ -29,29 +29,29 @@ ClProcessorBase* ClIpSplitPlanes::NewInstance() const { return NewProcessor<ClIp
 int32_t ClIpSplitPlanes::Run(ClImage* pIn, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                              ClImage* pPlane3)
 {
-    pInImage = pIn;
-    pOutPlane[0] = pPlane0;
-    pOutPlane[1] = pPlane1;
-    pOutPlane[2] = pPlane2;
-    pOutPlane[3] = pPlane3;
+    m_pInImage = pIn;
+    m_pOutPlane[0] = pPlane0;
+    m_pOutPlane[1] = pPlane1;
+    m_pOutPlane[2] = pPlane2;
+    m_pOutPlane[3] = pPlane3;
     return Run();
 }
 
 int32_t ClIpSplitPlanes::Process()
 {
     // Without an input image there is nothing to read: the missing-image code.
-    if (pInImage == nullptr || pInImage->Data() == nullptr)
+    if (m_pInImage == nullptr || m_pInImage->Data() == nullptr)
         return ZRC_ERROR_BITMAP_PTR;
-    if (pInImage->Planes() > kMaxPlanes)
+    if (m_pInImage->Planes() > kMaxPlanes)
         SENTIVO_THROW("Image has more than 4 planes.", ZRC_ERROR_PARAM_OUT_OF_RANGE);
 
     // A header copy shares the buffer, so a plane image that is the input
     // object itself gets a new buffer from Create while the samples stay
     // readable here.
-    const ClImage source(*pInImage);
+    const ClImage source(*m_pInImage);
     for (uint32_t p = 0; p < source.Planes(); ++p)
     {
-        ClImage* pTarget = pOutPlane[p];
+        ClImage* pTarget = m_pOutPlane[p];
         if (pTarget == nullptr)
             continue;
         // An unknown sample type is skipped without a message.

@@ -20,6 +20,6 @@ public:
                 ClImage* pPlane2 = nullptr, ClImage* pPlane3 = nullptr);
     using ClProcessorBase::Run;
 
-    ClImage* pInImage = nullptr;
-    ClImage* pOutPlane[kMaxPlanes] = {nullptr, nullptr, nullptr, nullptr};
+    ClImage* m_pInImage = nullptr;
+    ClImage* m_pOutPlane[kMaxPlanes] = {nullptr, nullptr, nullptr, nullptr};
 };

@@ -39,7 +39,7 @@ template <typename T> void CheckSplitJoinRoundTrip(ClImage::EDataType eType, uin
 
     ClImage joined;
     ClIpJoinPlanes join;
-    join.nPlanes = nPlanes;
+    join.m_nPlanes = nPlanes;
     ASSERT_EQ(join.Run(&joined, pParts[0], pParts[1], pParts[2], pParts[3]), 0);
     EXPECT_TRUE(SameSamples(joined, source));
     EXPECT_EQ(joined.Content(), ClImage::ContentOfPlanes(nPlanes));
@@ -131,8 +131,8 @@ TEST(IpJoinPlanes, ContentDecidesThePlanesAndAbsentPlanesAreFilled)
     ClImage b = RandomImage(ClImage::eUInt8, 5, 3, 1, 6);
     ClImage out;
     ClIpJoinPlanes join;
-    join.eOutContent = ClImage::eRGB;
-    join.dInFillcolors[1] = 7.0;
+    join.m_eOutContent = ClImage::eRGB;
+    join.m_dInFillcolors[1] = 7.0;
     ASSERT_EQ(join.Run(&out, &r, nullptr, &b), 0);
     ASSERT_EQ(out.Planes(), 3u);
     EXPECT_EQ(out.Content(), ClImage::eRGB);
@@ -150,7 +150,7 @@ TEST(IpJoinPlanes, ContentDecidesThePlanesAndAbsentPlanesAreFilled)
         {ClImage::eHSV, 3}, {ClImage::eCIELUV, 3}, {ClImage::eRGBA, 4}, {ClImage::eGrayscale, 1}};
     for (const auto& c : cases)
     {
-        join.eOutContent = c.first;
+        join.m_eOutContent = c.first;
         ASSERT_EQ(join.Run(&out, &r), 0);
         EXPECT_EQ(out.Planes(), c.second);
         EXPECT_EQ(out.Content(), c.first);
@@ -159,22 +159,22 @@ TEST(IpJoinPlanes, ContentDecidesThePlanesAndAbsentPlanesAreFilled)
     // A float fill colour is kept as a value, a NaN colour on integers gives
     // the low byte of the truncation's result (0).
     ClImage f = RandomImage(ClImage::eFloat32, 2, 2, 1, 7);
-    join.eOutContent = ClImage::eUnknown;
-    join.nPlanes = 2;
-    join.dInFillcolors[1] = -2.5;
+    join.m_eOutContent = ClImage::eUnknown;
+    join.m_nPlanes = 2;
+    join.m_dInFillcolors[1] = -2.5;
     ASSERT_EQ(join.Run(&out, &f), 0);
     EXPECT_EQ(out.Content(), ClImage::eUnknown);
     EXPECT_EQ(out.Planes(), 2u);
     EXPECT_EQ(At<float>(out, 1, 1, 1), -2.5f);
-    join.dInFillcolors[1] = std::nan("");
+    join.m_dInFillcolors[1] = std::nan("");
     ASSERT_EQ(join.Run(&out, &r), 0);
     EXPECT_EQ(At<uint8_t>(out, 3, 2, 1), 0);
     ASSERT_EQ(join.Run(&out, &f), 0);
     EXPECT_TRUE(std::isnan(At<float>(out, 0, 0, 1)));
 
     // Without filling, the positions of an absent plane keep the buffer.
-    join.bFillEmptyPlanes = false;
-    join.nPlanes = 2;
+    join.m_bFillEmptyPlanes = false;
+    join.m_nPlanes = 2;
     ClImage kept;
     kept.Create(ClImage::eUInt8, 5, 3, 2);
     kept.Fill<uint8_t>(99);
@@ -188,21 +188,21 @@ TEST(IpJoinPlanes, RefusedContentsCountsAndPlanes)
     ClImage r = RandomImage(ClImage::eUInt8, 5, 3, 1, 8);
     ClImage out;
     ClIpJoinPlanes join;
-    join.eOutContent = ClImage::eCIELab;
+    join.m_eOutContent = ClImage::eCIELab;
     EXPECT_EQ(join.Run(&out, &r, &r, &r), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    join.eOutContent = ClImage::eXYZ;
+    join.m_eOutContent = ClImage::eXYZ;
     EXPECT_EQ(join.Run(&out, &r, &r, &r), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    join.eOutContent = ClImage::eComplexSpectrum;
+    join.m_eOutContent = ClImage::eComplexSpectrum;
     EXPECT_EQ(join.Run(&out, &r), ZRC_ERROR_PARAM_OUT_OF_RANGE);
     EXPECT_EQ(out.Data(), nullptr);
 
     // More planes than plane images cannot be joined.
-    join.eOutContent = ClImage::eUnknown;
-    join.nPlanes = 5;
+    join.m_eOutContent = ClImage::eUnknown;
+    join.m_nPlanes = 5;
     EXPECT_EQ(join.Run(&out, &r), ZRC_ERROR_PARAM_OUT_OF_RANGE);
 
     // All planes null: nothing is made.
-    join.nPlanes = 3;
+    join.m_nPlanes = 3;
     EXPECT_EQ(join.Run(&out, nullptr, nullptr, nullptr, &r), 0);
     EXPECT_EQ(out.Data(), nullptr);
 
@@ -216,7 +216,7 @@ TEST(IpJoinPlanes, RefusedContentsCountsAndPlanes)
 
     // A larger plane of the same sample size is read by the first's measures.
     ClImage big = RandomImage(ClImage::eInt8, 6, 4, 1, 12);
-    join.nPlanes = 2;
+    join.m_nPlanes = 2;
     ASSERT_EQ(join.Run(&out, &r, &big), 0);
     EXPECT_EQ(out.Width(), 5);
     EXPECT_EQ(At<uint8_t>(out, 4, 2, 1), static_cast<uint8_t>(At<int8_t>(big, 4, 2)));
@@ -229,7 +229,7 @@ TEST(IpJoinPlanes, OutputMayBeOneOfThePlanes)
     ClImage first(a);
     ClImage second(b);
     ClIpJoinPlanes join;
-    join.nPlanes = 2;
+    join.m_nPlanes = 2;
     ASSERT_EQ(join.Run(&first, &first, &second), 0);
     ASSERT_EQ(first.Planes(), 2u);
     for (int32_t y = 0; y < 3; ++y)
