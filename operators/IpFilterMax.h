@@ -8,7 +8,7 @@ class ClIpFilterMax : public ClIpFilterBase
 {
 public:
     using ClProcessorBase::Run;
-    int32_t Run(ClImage* pIn, ClImage* pOut, long nWidth, int32_t nMode);
+    int32_t Run(ClImage* pIn, ClImage* pOut, int32_t nWidth, int32_t nMode);
 
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpFilterMax"; }

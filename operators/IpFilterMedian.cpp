@@ -2,7 +2,7 @@
 
 #include "image/SampleTraits.h"
 
-int32_t ClIpFilterMedian::Run(ClImage* pIn, ClImage* pOut, long nWidth, int32_t nMode)
+int32_t ClIpFilterMedian::Run(ClImage* pIn, ClImage* pOut, int32_t nWidth, int32_t nMode)
 {
     m_pInImage = pIn;
     m_pOutImage = pOut;

@@ -3,7 +3,7 @@
 #include "image/SampleTraits.h"
 #include "sdk/Exception.h"
 
-int32_t ClIpFilterMid::Run(ClImage* pIn, ClImage* pOut, long nWidth)
+int32_t ClIpFilterMid::Run(ClImage* pIn, ClImage* pOut, int32_t nWidth)
 {
     m_pInImage = pIn;
     m_pOutImage = pOut;

@@ -15,7 +15,7 @@ class ClIpFilterMid : public ClIpFilterBase
 public:
     using ClProcessorBase::Run;
     // Runs with the mode already set (Mode XY unless changed).
-    int32_t Run(ClImage* pIn, ClImage* pOut, long nWidth);
+    int32_t Run(ClImage* pIn, ClImage* pOut, int32_t nWidth);
 
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpFilterMid"; }
@@ -79,12 +79,12 @@ void Slide(const V* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64
 // length is shortened to length - 1, and the member keeps it; a width of 0
 // then gives -101. Integer sums start at the rounding term h; floating sums
 // need none and start at 0.
-template <typename T> int32_t Pass(const ClImage& in, ClImage& out, long& nWidth, bool bColumns)
+template <typename T> int32_t Pass(const ClImage& in, ClImage& out, int32_t& nWidth, bool bColumns)
 {
     const int64_t W = in.Width(), H = in.Height(), P = in.Planes();
     const int64_t n = bColumns ? H : W;
     if (nWidth >= n)
-        nWidth = static_cast<long>(n - 1);
+        nWidth = static_cast<int32_t>(n - 1);
     if (nWidth <= 0)
         return ZRC_ERROR_INTERNAL;
     out.CreateLike(in);
@@ -113,7 +113,7 @@ template <typename T> int32_t Pass(const ClImage& in, ClImage& out, long& nWidth
 // Mode XY: one running sum per column over the rows of the window, slid
 // along each row; the divisor is the number of samples in the cut-off
 // window. An image smaller than the window in either direction is copied.
-template <typename T> int32_t PassXY(const ClImage& in, ClImage& out, long nWidth)
+template <typename T> int32_t PassXY(const ClImage& in, ClImage& out, int32_t nWidth)
 {
     const int64_t W = in.Width(), H = in.Height(), P = in.Planes();
     if (nWidth <= 0)

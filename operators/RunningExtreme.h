@@ -66,7 +66,7 @@ void Line(const T* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64_
 // One pass of the filter over every row (bColumns false) or every column.
 // An input that is the output is moved to a temporary first.
 template <bool bMax, typename T>
-int32_t Pass(ClImage* pIn, ClImage* pOut, long nWidth, bool bColumns)
+int32_t Pass(ClImage* pIn, ClImage* pOut, int32_t nWidth, bool bColumns)
 {
     if (pIn == nullptr)
         SENTIVO_THROW("m_pInImage is not set", ZRC_ERROR_BAD_POINTER);

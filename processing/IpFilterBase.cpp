@@ -26,10 +26,10 @@ void ClIpFilterBase::GetStatusText(char* szBuffer, uint32_t nSize)
         szSign = m_pInImage->DataType() < 128 ? "Unsigned" : "Signed";
     // D marks the directed mode, O its orthogonal form.
     char szText[128];
-    std::snprintf(szText, sizeof(szText), "W[%ld] M[%s%s%s%s] S[%s]", m_nFilterWidth,
-                  (m_nMode & eModeX) ? "X" : "", (m_nMode & eModeY) ? "Y" : "",
-                  (m_nMode & eModeDirected) ? "D" : "", (m_nMode & eModeDirectedOrtho) ? "O" : "",
-                  szSign);
+    std::snprintf(szText, sizeof(szText), "W[%ld] M[%s%s%s%s] S[%s]",
+                  static_cast<long>(m_nFilterWidth), (m_nMode & eModeX) ? "X" : "",
+                  (m_nMode & eModeY) ? "Y" : "", (m_nMode & eModeDirected) ? "D" : "",
+                  (m_nMode & eModeDirectedOrtho) ? "O" : "", szSign);
     CopyStatusText(szBuffer, nSize, szText);
 }
 

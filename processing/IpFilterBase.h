@@ -40,7 +40,7 @@ public:
 
     ClImage* m_pInImage;
     ClImage* m_pOutImage;
-    long m_nFilterWidth;
+    int32_t m_nFilterWidth;
     int32_t m_nMode;
     ClImage* m_pInDxImage;
     ClImage* m_pInDyImage;
