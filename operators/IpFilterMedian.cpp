@@ -54,7 +54,11 @@ int32_t ClIpFilterMedian::FilterHistogram()
     // The range test comes before the forcing to odd, so 100 runs as 101.
     m_nFilterWidth |= 1;
     m_pOutImage->Assign(*m_pInImage);
-    if (eType == ClImage::eUInt8)
+    if (m_nFilterWidth == 3 && eType == ClImage::eUInt8)
+        RunningMedian::Box3<uint8_t>(*m_pInImage, *m_pOutImage);
+    else if (m_nFilterWidth == 3)
+        RunningMedian::Box3<int8_t>(*m_pInImage, *m_pOutImage);
+    else if (eType == ClImage::eUInt8)
         RunningMedian::Histogram<uint8_t>(*m_pInImage, *m_pOutImage, m_nFilterWidth);
     else
         RunningMedian::Histogram<int8_t>(*m_pInImage, *m_pOutImage, m_nFilterWidth);

@@ -221,4 +221,39 @@ template <typename T> void Histogram(const ClImage& in, ClImage& out, int64_t w)
     }
 }
 
+// The 3 x 3 box, coordinates clamped: each column of three is sorted once
+// per row, and the median of the nine is the median of (largest column
+// minimum, median of the column medians, smallest column maximum).
+template <typename T> void Box3(const ClImage& in, ClImage& out)
+{
+    const int64_t W = in.Width(), H = in.Height(), P = in.Planes(), n = W * P;
+    TpArrayStatic<T> sorted(static_cast<uint32_t>(3 * n));
+    T* pLow = sorted.Data();
+    T* pMid = pLow + n;
+    T* pHigh = pMid + n;
+    auto lesser = [](T a, T b) { return b < a ? b : a; };
+    auto greater = [](T a, T b) { return a < b ? b : a; };
+    for (int64_t y = 0; y < H; ++y)
+    {
+        const T* a = in.Row<T>(static_cast<int32_t>(y > 0 ? y - 1 : 0));
+        const T* b = in.Row<T>(static_cast<int32_t>(y));
+        const T* c = in.Row<T>(static_cast<int32_t>(y + 1 < H ? y + 1 : H - 1));
+        for (int64_t i = 0; i < n; ++i)
+        {
+            const T lo = lesser(a[i], b[i]), hi = greater(a[i], b[i]);
+            pLow[i] = lesser(lo, c[i]);
+            pHigh[i] = greater(hi, c[i]);
+            pMid[i] = MedianOf3(a[i], b[i], c[i]);
+        }
+        T* pDst = out.Row<T>(static_cast<int32_t>(y));
+        for (int64_t i = 0; i < n; ++i)
+        {
+            const int64_t l = i >= P ? i - P : i, r = i + P < n ? i + P : i;
+            const T low = greater(greater(pLow[l], pLow[i]), pLow[r]);
+            const T high = lesser(lesser(pHigh[l], pHigh[i]), pHigh[r]);
+            pDst[i] = MedianOf3(low, MedianOf3(pMid[l], pMid[i], pMid[r]), high);
+        }
+    }
+}
+
 } // namespace RunningMedian
