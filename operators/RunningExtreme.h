@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "image/ArrayStatic.h"
 #include "image/FpImage.h"
 #include "sdk/Exception.h"
 
@@ -63,6 +64,48 @@ void Line(const T* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64_
     }
 }
 
+// The same rule down nCount columns side by side, row after row, so that
+// rows are read contiguously; m holds the running extreme of each column.
+template <bool bMax, typename T>
+void Columns(const T* pSrc, ptrdiff_t nSrcPitch, T* pDst, ptrdiff_t nDstPitch, int64_t nCount,
+             int64_t n, int64_t h, T* m)
+{
+    if (h < 0)
+        h = 0;
+    if (h > n - 1)
+        h = n - 1;
+    for (int64_t x = 0; x < nCount; ++x)
+        m[x] = Rescan<bMax>(pSrc + x, nSrcPitch, 0, h);
+    for (int64_t x = 0; x < nCount; ++x)
+        pDst[x] = m[x];
+    for (int64_t i = 1; i < n; ++i)
+    {
+        const int64_t nEnter = i + h, nLeave = i - h - 1;
+        const T* pLeave = nLeave >= 0 ? pSrc + nLeave * nSrcPitch : nullptr;
+        if (nEnter < n)
+        {
+            const T* pEnter = pSrc + nEnter * nSrcPitch;
+            for (int64_t x = 0; x < nCount; ++x)
+            {
+                const T s = pEnter[x];
+                if (Replaces<bMax>(s, m[x]))
+                    m[x] = s;
+                else if (pLeave != nullptr && pLeave[x] == m[x])
+                    m[x] = Rescan<bMax>(pSrc + x, nSrcPitch, i - h, nEnter);
+            }
+        }
+        else if (pLeave != nullptr)
+        {
+            for (int64_t x = 0; x < nCount; ++x)
+                if (pLeave[x] == m[x])
+                    m[x] = Rescan<bMax>(pSrc + x, nSrcPitch, i - h, n - 1);
+        }
+        T* pRow = pDst + i * nDstPitch;
+        for (int64_t x = 0; x < nCount; ++x)
+            pRow[x] = m[x];
+    }
+}
+
 // One pass of the filter over every row (bColumns false) or every column.
 // An input that is the output is moved to a temporary first.
 template <bool bMax, typename T>
@@ -94,8 +137,8 @@ int32_t Pass(ClImage* pIn, ClImage* pOut, int32_t nWidth, bool bColumns)
     }
     else
     {
-        for (int64_t x = 0; x < W * P; ++x)
-            Line<bMax>(pSrc + x, nInPitch, pDst + x, nOutPitch, H, h);
+        TpArrayStatic<T> extremes(static_cast<uint32_t>(W * P));
+        Columns<bMax>(pSrc, nInPitch, pDst, nOutPitch, W * P, H, h, extremes.Data());
     }
     return 0;
 }
