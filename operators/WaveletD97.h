@@ -52,74 +52,88 @@ template <> struct Constants<float>
     static constexpr double J = double(0.8698644638061523f);
 };
 
-// One lifting step on a line held as n even and n odd values. Sums and
-// products are formed in double and rounded to the sample type on storing.
-// bUndo subtracts instead of adding (the inverse). A line of one value has
-// no neighbour to extrapolate from; its missing neighbour is taken equal to
-// it, which keeps the step invertible.
+// The lifting steps work on lines of n even values e and n odd values o.
+// nLanes lines may lie side by side: value i of lane x is e[i * nLanes + x]
+// (the columns of a pass are lifted so, row by row, with the arithmetic of
+// each column unchanged). Sums and products are formed in double and
+// rounded to the sample type on storing; bUndo subtracts (the inverse).
 template <typename T, bool bUndo> inline T Apply(T x, double d)
 {
     return bUndo ? static_cast<T>(double(x) - d) : static_cast<T>(double(x) + d);
 }
 
 // On o, from e: o[i] += c (e[i] + e[i + 1]); o[n - 1] += c (3 e[n - 1] - e[n - 2]).
-template <typename T, bool bUndo> void LiftOdd(T* e, T* o, int64_t n, double c)
+// A line of one value has no neighbour to extrapolate from; its missing
+// neighbour is taken equal to it, which keeps the step invertible.
+template <typename T, bool bUndo>
+void LiftOdd(const T* e, T* o, int64_t n, int64_t nLanes, double c)
 {
     for (int64_t i = 0; i + 1 < n; ++i)
-        o[i] = Apply<T, bUndo>(o[i], c * (double(e[i]) + double(e[i + 1])));
-    const double last = double(e[n - 1]);
-    const double before = n > 1 ? double(e[n - 2]) : last;
-    o[n - 1] = Apply<T, bUndo>(o[n - 1], c * (last + last + last - before));
-}
-
-// On e, from o: e[0] += c (3 o[0] - o[1]); e[i] += c (o[i - 1] + o[i]).
-template <typename T, bool bUndo> void LiftEven(T* e, T* o, int64_t n, double c)
-{
-    const double first = double(o[0]);
-    const double after = n > 1 ? double(o[1]) : first;
-    e[0] = Apply<T, bUndo>(e[0], c * (first + first + first - after));
-    for (int64_t i = 1; i < n; ++i)
-        e[i] = Apply<T, bUndo>(e[i], c * (double(o[i - 1]) + double(o[i])));
-}
-
-// The lines of one pass lie one after the other in the work buffer, each as
-// n even values followed by n odd values.
-template <typename T, bool bUndo>
-void LiftLines(T* pWork, int64_t nLines, int64_t n, int nCoefficient, bool bOnOdd)
-{
-    const double c = Constants<T>::c[nCoefficient];
-    for (int64_t l = 0; l < nLines; ++l)
     {
-        T* e = pWork + l * 2 * n;
-        if (bOnOdd)
-            LiftOdd<T, bUndo>(e, e + n, n, c);
-        else
-            LiftEven<T, bUndo>(e, e + n, n, c);
+        const T* e0 = e + i * nLanes;
+        const T* e1 = e0 + nLanes;
+        T* oi = o + i * nLanes;
+        for (int64_t x = 0; x < nLanes; ++x)
+            oi[x] = Apply<T, bUndo>(oi[x], c * (double(e0[x]) + double(e1[x])));
+    }
+    const T* pLast = e + (n - 1) * nLanes;
+    const T* pBefore = n > 1 ? pLast - nLanes : pLast;
+    T* oLast = o + (n - 1) * nLanes;
+    for (int64_t x = 0; x < nLanes; ++x)
+    {
+        const double last = double(pLast[x]), before = double(pBefore[x]);
+        oLast[x] = Apply<T, bUndo>(oLast[x], c * (last + last + last - before));
     }
 }
 
-template <typename T> void Lift(T* pWork, int64_t nLines, int64_t n)
+// On e, from o: e[0] += c (3 o[0] - o[1]); e[i] += c (o[i - 1] + o[i]).
+template <typename T, bool bUndo>
+void LiftEven(T* e, const T* o, int64_t n, int64_t nLanes, double c)
 {
-    LiftLines<T, false>(pWork, nLines, n, 0, true);
-    LiftLines<T, false>(pWork, nLines, n, 1, false);
-    LiftLines<T, false>(pWork, nLines, n, 2, true);
-    LiftLines<T, false>(pWork, nLines, n, 3, false);
+    const T* pAfter = n > 1 ? o + nLanes : o;
+    for (int64_t x = 0; x < nLanes; ++x)
+    {
+        const double first = double(o[x]), after = double(pAfter[x]);
+        e[x] = Apply<T, bUndo>(e[x], c * (first + first + first - after));
+    }
+    for (int64_t i = 1; i < n; ++i)
+    {
+        const T* o0 = o + (i - 1) * nLanes;
+        const T* o1 = o0 + nLanes;
+        T* ei = e + i * nLanes;
+        for (int64_t x = 0; x < nLanes; ++x)
+            ei[x] = Apply<T, bUndo>(ei[x], c * (double(o0[x]) + double(o1[x])));
+    }
 }
 
-template <typename T> void Unlift(T* pWork, int64_t nLines, int64_t n)
+// Steps c0 (on o), c1 (on e), c2 (on o), c3 (on e); the inverse undoes them
+// in the opposite order.
+template <typename T> void Lift(T* e, T* o, int64_t n, int64_t nLanes)
 {
-    LiftLines<T, true>(pWork, nLines, n, 3, false);
-    LiftLines<T, true>(pWork, nLines, n, 2, true);
-    LiftLines<T, true>(pWork, nLines, n, 1, false);
-    LiftLines<T, true>(pWork, nLines, n, 0, true);
+    const double* c = Constants<T>::c;
+    LiftOdd<T, false>(e, o, n, nLanes, c[0]);
+    LiftEven<T, false>(e, o, n, nLanes, c[1]);
+    LiftOdd<T, false>(e, o, n, nLanes, c[2]);
+    LiftEven<T, false>(e, o, n, nLanes, c[3]);
 }
 
-// Sample at logical row r, column x of an image of H rows, nPitch apart.
-template <typename T> inline T& At(T* pData, int64_t nPitch, int64_t H, int64_t r, int64_t x)
+template <typename T> void Unlift(T* e, T* o, int64_t n, int64_t nLanes)
 {
-    return pData[(H - 1 - r) * nPitch + x];
+    const double* c = Constants<T>::c;
+    LiftEven<T, true>(e, o, n, nLanes, c[3]);
+    LiftOdd<T, true>(e, o, n, nLanes, c[2]);
+    LiftEven<T, true>(e, o, n, nLanes, c[1]);
+    LiftOdd<T, true>(e, o, n, nLanes, c[0]);
 }
 
+// Row of logical index r of an image of H rows, nPitch apart.
+template <typename T> inline T* LogicalRow(T* pData, int64_t nPitch, int64_t H, int64_t r)
+{
+    return pData + (H - 1 - r) * nPitch;
+}
+
+// Forward: per level, columns then rows; the even values scaled by K make
+// the low half, the odd ones scaled by J the high half; then w and h halve.
 template <typename T>
 void Forward(T* pData, int64_t nPitch, int64_t W, int64_t H, int32_t nLevels, T* pWork)
 {
@@ -128,43 +142,53 @@ void Forward(T* pData, int64_t nPitch, int64_t W, int64_t H, int32_t nLevels, T*
     for (int32_t nLevel = 0; nLevel < nLevels; ++nLevel, w /= 2, h /= 2)
     {
         const int64_t nh = h / 2, nw = w / 2;
-        // Columns: even logical rows, then odd ones, per column.
-        for (int64_t x = 0; x < w; ++x)
-            for (int64_t i = 0; i < nh; ++i)
-            {
-                pWork[x * h + i] = At(pData, nPitch, H, 2 * i, x);
-                pWork[x * h + nh + i] = At(pData, nPitch, H, 2 * i + 1, x);
-            }
-        Lift(pWork, w, nh);
-        for (int64_t x = 0; x < w; ++x)
-            for (int64_t i = 0; i < nh; ++i)
-            {
-                At(pData, nPitch, H, i, x) = static_cast<T>(double(pWork[x * h + i]) * K);
-                At(pData, nPitch, H, nh + i, x) = static_cast<T>(double(pWork[x * h + nh + i]) * J);
-            }
-        // Rows: even columns, then odd ones, per logical row.
-        for (int64_t r = 0; r < h; ++r)
+        // Columns: e holds the even logical rows, o the odd ones.
+        T* e = pWork;
+        T* o = pWork + nh * w;
+        for (int64_t i = 0; i < nh; ++i)
         {
-            const T* pRow = &At(pData, nPitch, H, r, 0);
-            for (int64_t i = 0; i < nw; ++i)
+            const T* pEven = LogicalRow(pData, nPitch, H, 2 * i);
+            const T* pOdd = LogicalRow(pData, nPitch, H, 2 * i + 1);
+            for (int64_t x = 0; x < w; ++x)
             {
-                pWork[r * w + i] = pRow[2 * i];
-                pWork[r * w + nw + i] = pRow[2 * i + 1];
+                e[i * w + x] = pEven[x];
+                o[i * w + x] = pOdd[x];
             }
         }
-        Lift(pWork, h, nw);
+        Lift(e, o, nh, w);
+        for (int64_t i = 0; i < nh; ++i)
+        {
+            T* pLow = LogicalRow(pData, nPitch, H, i);
+            T* pHigh = LogicalRow(pData, nPitch, H, nh + i);
+            for (int64_t x = 0; x < w; ++x)
+            {
+                pLow[x] = static_cast<T>(double(e[i * w + x]) * K);
+                pHigh[x] = static_cast<T>(double(o[i * w + x]) * J);
+            }
+        }
+        // Rows: each logical row split into even and odd columns.
         for (int64_t r = 0; r < h; ++r)
         {
-            T* pRow = &At(pData, nPitch, H, r, 0);
+            T* pRow = LogicalRow(pData, nPitch, H, r);
+            T* re = pWork + r * w;
+            T* ro = re + nw;
             for (int64_t i = 0; i < nw; ++i)
             {
-                pRow[i] = static_cast<T>(double(pWork[r * w + i]) * K);
-                pRow[nw + i] = static_cast<T>(double(pWork[r * w + nw + i]) * J);
+                re[i] = pRow[2 * i];
+                ro[i] = pRow[2 * i + 1];
+            }
+            Lift(re, ro, nw, 1);
+            for (int64_t i = 0; i < nw; ++i)
+            {
+                pRow[i] = static_cast<T>(double(re[i]) * K);
+                pRow[nw + i] = static_cast<T>(double(ro[i]) * J);
             }
         }
     }
 }
 
+// Inverse: from the smallest level up, rows then columns, each divided by
+// K and J (not multiplied by the reciprocals), unlifted and interleaved.
 template <typename T>
 void Inverse(T* pData, int64_t nPitch, int64_t W, int64_t H, int32_t nLevels, T* pWork)
 {
@@ -173,40 +197,46 @@ void Inverse(T* pData, int64_t nPitch, int64_t W, int64_t H, int32_t nLevels, T*
     for (int32_t nLevel = 0; nLevel < nLevels; ++nLevel, w *= 2, h *= 2)
     {
         const int64_t nh = h / 2, nw = w / 2;
-        // Rows first: divided by K and J, unlifted, put back interleaved.
         for (int64_t r = 0; r < h; ++r)
         {
-            const T* pRow = &At(pData, nPitch, H, r, 0);
+            T* pRow = LogicalRow(pData, nPitch, H, r);
+            T* re = pWork + r * w;
+            T* ro = re + nw;
             for (int64_t i = 0; i < nw; ++i)
             {
-                pWork[r * w + i] = static_cast<T>(double(pRow[i]) / K);
-                pWork[r * w + nw + i] = static_cast<T>(double(pRow[nw + i]) / J);
+                re[i] = static_cast<T>(double(pRow[i]) / K);
+                ro[i] = static_cast<T>(double(pRow[nw + i]) / J);
+            }
+            Unlift(re, ro, nw, 1);
+            for (int64_t i = 0; i < nw; ++i)
+            {
+                pRow[2 * i] = re[i];
+                pRow[2 * i + 1] = ro[i];
             }
         }
-        Unlift(pWork, h, nw);
-        for (int64_t r = 0; r < h; ++r)
+        T* e = pWork;
+        T* o = pWork + nh * w;
+        for (int64_t i = 0; i < nh; ++i)
         {
-            T* pRow = &At(pData, nPitch, H, r, 0);
-            for (int64_t i = 0; i < nw; ++i)
+            const T* pLow = LogicalRow(pData, nPitch, H, i);
+            const T* pHigh = LogicalRow(pData, nPitch, H, nh + i);
+            for (int64_t x = 0; x < w; ++x)
             {
-                pRow[2 * i] = pWork[r * w + i];
-                pRow[2 * i + 1] = pWork[r * w + nw + i];
+                e[i * w + x] = static_cast<T>(double(pLow[x]) / K);
+                o[i * w + x] = static_cast<T>(double(pHigh[x]) / J);
             }
         }
-        // Then columns.
-        for (int64_t x = 0; x < w; ++x)
-            for (int64_t i = 0; i < nh; ++i)
+        Unlift(e, o, nh, w);
+        for (int64_t i = 0; i < nh; ++i)
+        {
+            T* pEven = LogicalRow(pData, nPitch, H, 2 * i);
+            T* pOdd = LogicalRow(pData, nPitch, H, 2 * i + 1);
+            for (int64_t x = 0; x < w; ++x)
             {
-                pWork[x * h + i] = static_cast<T>(double(At(pData, nPitch, H, i, x)) / K);
-                pWork[x * h + nh + i] = static_cast<T>(double(At(pData, nPitch, H, nh + i, x)) / J);
+                pEven[x] = e[i * w + x];
+                pOdd[x] = o[i * w + x];
             }
-        Unlift(pWork, w, nh);
-        for (int64_t x = 0; x < w; ++x)
-            for (int64_t i = 0; i < nh; ++i)
-            {
-                At(pData, nPitch, H, 2 * i, x) = pWork[x * h + i];
-                At(pData, nPitch, H, 2 * i + 1, x) = pWork[x * h + nh + i];
-            }
+        }
     }
 }
 
