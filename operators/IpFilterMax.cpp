@@ -2,6 +2,7 @@
 
 #include "image/SampleTraits.h"
 #include "operators/RunningExtreme.h"
+#include "parameters/ParameterInterface.h"
 
 int32_t ClIpFilterMax::Run(ClImage* pIn, ClImage* pOut, int32_t nWidth, int32_t nMode)
 {
@@ -15,6 +16,14 @@ int32_t ClIpFilterMax::Run(ClImage* pIn, ClImage* pOut, int32_t nWidth, int32_t 
 ClProcessorBase* ClIpFilterMax::NewInstance() const
 {
     return NewProcessor<ClIpFilterMax>();
+}
+
+void ClIpFilterMax::DescribeInterface(ClParameterInterface& list)
+{
+    using I = ClParameterInterface;
+    list.Add(m_pInImage, "InImage", "In: Original Image", I::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Rescaled Image", I::eOutput);
+    list.Add(m_nFilterWidth, "FilterWidth", "In: Filter Width", I::eInput, 3.0, 127.0);
 }
 
 int32_t ClIpFilterMax::FilterSinglePlane()

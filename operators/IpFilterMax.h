@@ -12,6 +12,7 @@ public:
 
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpFilterMax"; }
+    void DescribeInterface(ClParameterInterface& list) override;
     // Selects the member of the exact data type, then the mode; an unknown
     // type gives -101 and the directed modes -33.
     int32_t FilterSinglePlane() override;

@@ -3,6 +3,8 @@
 // the functor line and the filter line of filters.
 #include <cstdint>
 
+#include "parameters/ParameterContainer.h"
+
 enum EFilterMode : int32_t
 {
     eModeX = 1,             // along the row
@@ -28,3 +30,12 @@ inline constexpr ClFilterModeEntry kFilterModeEntries[] = {
 // Code of an unknown mode. It has no row in the error table, so its text is
 // that of an unknown code.
 inline constexpr int32_t kErrorUnknownFilterMode = -6;
+
+// Creates the "nMode" enumeration with the texts of the modes and binds it.
+inline void AddFilterModeParameter(ClParameterContainer& container, int32_t& nMode)
+{
+    TpParameterEnumPointer<int>* pMode = container.AddEnum<int>("nMode");
+    for (const ClFilterModeEntry& entry : kFilterModeEntries)
+        pMode->AddEntry(entry.nValue, entry.szText);
+    pMode->Bind(nMode, ClParameter::eFlagInput);
+}

@@ -16,6 +16,15 @@ void ClIp1To1BaseFilter::SetDefaults()
     m_pDyImage = nullptr;
 }
 
+void ClIp1To1BaseFilter::DefineParameters(ClParameterContainer& container)
+{
+    ClIpFunctor1To1Base::DefineParameters(container);
+    container.AddInt("nFilterWidth")->Bind(m_nFilterWidth, ClParameter::eFlagOptional);
+    AddFilterModeParameter(container, m_nMode);
+    container.AddImage("pDxImage")->Bind(m_pDxImage, ClParameter::eFlagInput);
+    container.AddImage("pDyImage")->Bind(m_pDyImage, ClParameter::eFlagInput);
+}
+
 void ClIp1To1BaseFilter::CheckParameters()
 {
     ClIpFunctor1To1Base::CheckParameters();

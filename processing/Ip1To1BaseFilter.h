@@ -10,6 +10,7 @@ public:
     ClIp1To1BaseFilter();
 
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     // The base check, then the step images of the directed modes.
     void CheckParameters() override;
 

@@ -4,6 +4,7 @@
 
 #include "operators/IpJoinPlanes.h"
 #include "operators/IpSplitPlanes.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 ClIpFilterBase::ClIpFilterBase()
@@ -16,6 +17,34 @@ void ClIpFilterBase::SetDefaults()
 {
     m_nFilterWidth = 3;
     m_nMode = eModeXY;
+}
+
+void ClIpFilterBase::DescribeInterface(ClParameterInterface& list)
+{
+    using I = ClParameterInterface;
+    list.Add(m_pInImage, "InImage", "In: Original Image", I::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Output Image", I::eOutput);
+    list.Add(m_nFilterWidth, "nFilterWidth", "in: Filter Width", I::eInput, 0.0, 0.0);
+    // The record of the mode carries the name and text of the width.
+    static const int32_t kModeValues[] = {eModeX, eModeY, eModeXY, eModeDirected,
+                                          eModeDirectedOrtho};
+    list.AddEnum(m_nMode, "eFilterWidth", "in: Filter Width", I::eInput,
+                 "Mode X\0Mode Y\0Mode XY\0MODE_DIRECTED\0MODE_DIRECTED_ORTHO\0", kModeValues);
+    list.Add(m_pInDxImage, "InDxImage", "in: Dx Image", I::eInput);
+    list.Add(m_pInDyImage, "InDyImage", "in: Dy Image", I::eInput);
+}
+
+void ClIpFilterBase::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+    // A long of the original platform: 32 bits, as the member is.
+    container.AddInt("nFilterWidth")->Bind(m_nFilterWidth, ClParameter::eFlagInput);
+    AddFilterModeParameter(container, m_nMode);
+    const uint8_t nOptionalInput = ClParameter::eFlagInput | ClParameter::eFlagOptional;
+    container.AddImage("pInDxImage")->Bind(m_pInDxImage, nOptionalInput);
+    container.AddImage("pInDyImage")->Bind(m_pInDxImage, nOptionalInput);
 }
 
 void ClIpFilterBase::GetStatusText(char* szBuffer, uint32_t nSize)

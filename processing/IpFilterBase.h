@@ -15,6 +15,10 @@ public:
     ClIpFilterBase();
 
     void SetDefaults() override;
+    void DescribeInterface(ClParameterInterface& list) override;
+    // "pInDyImage" is bound to the Dx member as "pInDxImage" is, so through
+    // the parameters only the Dx image can be reached.
+    void DefineParameters(ClParameterContainer& container) override;
     // "W[%ld] M[%s%s%s%s] S[%s]": width, mode letters, signedness of the input.
     void GetStatusText(char* szBuffer, uint32_t nSize) override;
 

@@ -1,5 +1,6 @@
 #include "processing/IpFunctor1To1Base.h"
 
+#include "parameters/ParameterContainer.h"
 #include "sdk/Exception.h"
 
 ClIpFunctor1To1Base::ClIpFunctor1To1Base()
@@ -19,6 +20,23 @@ void ClIpFunctor1To1Base::SetDefaults()
     m_nROIBottom = 0;
     m_nROITop = 0;
     m_pROIMask = nullptr;
+}
+
+void ClIpFunctor1To1Base::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+    TpParameterEnumPointer<int>* pRegion = container.AddEnum<int>("nRegionOfInterest");
+    pRegion->AddEntry(eRoiAll, "ROI_ALL");
+    pRegion->AddEntry(eRoiBox, "ROI_BOX");
+    pRegion->AddEntry(eRoiMask, "ROI_MASK");
+    pRegion->Bind(m_nRegionOfInterest, ClParameter::eFlagInput);
+    container.AddInt("nROILeft")->Bind(m_nROILeft, ClParameter::eFlagInput);
+    container.AddInt("nROIRight")->Bind(m_nROIRight, ClParameter::eFlagInput);
+    container.AddInt("nROIBottom")->Bind(m_nROIBottom, ClParameter::eFlagInput);
+    container.AddInt("nROITop")->Bind(m_nROITop, ClParameter::eFlagInput);
+    container.AddImage("pROIMask")->Bind(m_pROIMask, ClParameter::eFlagInput);
 }
 
 void ClIpFunctor1To1Base::PrepareOutput(ClImage& output)

@@ -20,6 +20,7 @@ public:
     ClIpFunctor1To1Base();
 
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
 
     // Checks, sizes the target and runs Execute; an output that is the input
     // is served through a temporary unless the in-place flag is set.
