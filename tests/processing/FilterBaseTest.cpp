@@ -1,10 +1,11 @@
-// The filter line's common rules: copying for narrow widths, the refusal of
-// in-place use, the choice of hook, XY as two passes, and colour images
-// filtered plane by plane.
+// The filter line's common rules: copying for narrow widths, refusing
+// in-place use, the choice of hook, XY as two passes, colour images plane by
+// plane, and the parameter binding of the Dy image.
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "parameters/ParameterContainer.h"
 #include "processing/IpFilterBase.h"
 #include "sdk/Exception.h"
 #include "support/OperatorTestImages.h"
@@ -21,7 +22,6 @@ class ClRecordingFilter : public ClIpFilterBase
 public:
     ClProcessorBase* NewInstance() const override { return NewProcessor<ClRecordingFilter>(); }
     const char* GetName() const override { return "ClRecordingFilter"; }
-
     int32_t FilterXUnsigned() override { return Pass("Xu", 1, 1); }
     int32_t FilterYUnsigned() override { return Pass("Yu", 2, 0); }
     int32_t FilterXSigned() override { return Pass("Xs", 1, 1); }
@@ -31,20 +31,18 @@ public:
         return Pass(bOrtho ? "DOu" : "Du", 1, 0);
     }
     int32_t FilterDirectedSigned(bool bOrtho) override { return Pass(bOrtho ? "DOs" : "Ds", 1, 0); }
-
     std::string m_Calls;
 
 private:
     int32_t Pass(const char* szName, int nFactor, int nAdd)
     {
-        m_Calls += szName;
-        m_Calls += ' ';
+        m_Calls += std::string(szName) + " ";
         m_pOutImage->CreateLike(*m_pInImage);
         if (m_pInImage->DataType() == ClImage::eUInt8)
             for (int32_t y = 0; y < m_pInImage->Height(); ++y)
-                for (int32_t x = 0; x < m_pInImage->Width(); ++x)
-                    At<uint8_t>(*m_pOutImage, x, y) =
-                        static_cast<uint8_t>(At<uint8_t>(*m_pInImage, x, y) * nFactor + nAdd);
+                for (int64_t i = 0; i < m_pInImage->Width() * int64_t(m_pInImage->Planes()); ++i)
+                    m_pOutImage->Row<uint8_t>(y)[i] =
+                        static_cast<uint8_t>(m_pInImage->Row<uint8_t>(y)[i] * nFactor + nAdd);
         return 0;
     }
 };
@@ -62,41 +60,36 @@ ClImage Random(ClImage::EDataType eType, int32_t w, int32_t h, uint32_t nPlanes 
     return TestImages::RandomImage(eType, w, h, nPlanes, 77);
 }
 
+int32_t RunFilter(ClIpFilterBase& filter, ClImage* pIn, ClImage* pOut, int32_t nMode,
+                  int32_t nWidth = 3)
+{
+    filter.m_pInImage = pIn;
+    filter.m_pOutImage = pOut;
+    filter.m_nMode = nMode;
+    filter.m_nFilterWidth = nWidth;
+    return filter.Run();
+}
+
 } // namespace
 
-TEST(IpFilterBase, WidthOneOrLessCopiesWhateverTheMode)
+TEST(IpFilterBase, CopiesNarrowWidthsAndRefusesInPlaceUse)
 {
-    for (long nWidth : {1L, 0L, -3L})
+    for (int32_t nWidth : {1, 0, -3})
     {
         ClRecordingFilter filter;
         ClImage in = Random(ClImage::eInt16, 7, 5), out;
-        filter.m_pInImage = &in;
-        filter.m_pOutImage = &out;
-        filter.m_nFilterWidth = nWidth;
-        filter.m_nMode = 99;
-        ASSERT_EQ(0, filter.Run());
+        ASSERT_EQ(0, RunFilter(filter, &in, &out, 99, nWidth));
         EXPECT_TRUE(TestImages::SameSamples(in, out));
         EXPECT_NE(in.Data(), out.Data());
         EXPECT_EQ("", filter.m_Calls);
     }
-}
-
-TEST(IpFilterBase, RefusesInPlaceUseAndAMissingInput)
-{
     ClRecordingFilter filter;
     ClImage image = Random(ClImage::eUInt8, 6, 4);
     const ClImage before = image;
-    filter.m_pInImage = &image;
-    filter.m_pOutImage = &image;
-    EXPECT_EQ(ZRC_ERROR_BITMAP_PTR, filter.Run());
-    EXPECT_EQ(before.Data(), image.Data());
+    EXPECT_EQ(ZRC_ERROR_BITMAP_PTR, RunFilter(filter, &image, &image, eModeX));
     EXPECT_TRUE(TestImages::SameSamples(before, image));
-
-    filter.m_pInImage = nullptr;
-    filter.m_pOutImage = nullptr;
-    EXPECT_EQ(ZRC_ERROR_BITMAP_PTR, filter.Run());
-    filter.m_pOutImage = &image;
-    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, filter.Run());
+    EXPECT_EQ(ZRC_ERROR_BITMAP_PTR, RunFilter(filter, nullptr, nullptr, eModeX));
+    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, RunFilter(filter, nullptr, &image, eModeX));
     EXPECT_EQ("", filter.m_Calls);
 }
 
@@ -105,8 +98,7 @@ TEST(IpFilterBase, ChoosesTheHookByModeAndSignedBit)
     const struct
     {
         int32_t nMode;
-        const char* szUnsigned;
-        const char* szSigned;
+        const char *szUnsigned, *szSigned;
     } cases[] = {{eModeX, "Xu ", "Xs "},
                  {eModeY, "Yu ", "Ys "},
                  {eModeXY, "Xu Yu ", "Xs Ys "},
@@ -117,29 +109,18 @@ TEST(IpFilterBase, ChoosesTheHookByModeAndSignedBit)
         {
             ClRecordingFilter filter;
             ClImage in = Random(eType, 5, 3), out;
-            filter.m_pInImage = &in;
-            filter.m_pOutImage = &out;
-            filter.m_nMode = c.nMode;
-            ASSERT_EQ(0, filter.Run());
+            ASSERT_EQ(0, RunFilter(filter, &in, &out, c.nMode));
             // Floating types carry the signed bit, so they take the signed hooks.
-            EXPECT_EQ(eType < 128 ? c.szUnsigned : c.szSigned, filter.m_Calls)
-                << ClImage::TypeText(eType) << " mode " << c.nMode;
+            EXPECT_EQ(eType < 128 ? c.szUnsigned : c.szSigned, filter.m_Calls) << int(eType);
         }
 
     ClBareFilter bare;
     ClImage in = Random(ClImage::eUInt8, 5, 3), out;
-    bare.m_pInImage = &in;
-    bare.m_pOutImage = &out;
     for (int32_t nMode : {eModeX, eModeY, eModeXY, eModeDirected, eModeDirectedOrtho})
-    {
-        bare.m_nMode = nMode;
-        EXPECT_EQ(ZRC_ERROR_FORMAT_NOTSUPPORTED, bare.Run()) << nMode;
-    }
-
-    bare.m_nMode = 4;
+        EXPECT_EQ(ZRC_ERROR_FORMAT_NOTSUPPORTED, RunFilter(bare, &in, &out, nMode)) << nMode;
     try
     {
-        bare.Run();
+        RunFilter(bare, &in, &out, 4);
         FAIL() << "no exception";
     }
     catch (const ClExVelmoran& e)
@@ -154,13 +135,10 @@ TEST(IpFilterBase, XYRunsTheYPassOnTheResultOfTheXPass)
     ClRecordingFilter filter;
     ClImage in = Random(ClImage::eUInt8, 9, 4), out;
     const ClImage original = in;
-    filter.m_pInImage = &in;
-    filter.m_pOutImage = &out;
-    ASSERT_EQ(0, filter.Run());
+    ASSERT_EQ(0, RunFilter(filter, &in, &out, eModeXY));
     for (int32_t y = 0; y < in.Height(); ++y)
         for (int32_t x = 0; x < in.Width(); ++x)
-            ASSERT_EQ(static_cast<uint8_t>((At<uint8_t>(in, x, y) + 1) * 2),
-                      At<uint8_t>(out, x, y));
+            ASSERT_EQ(uint8_t((At<uint8_t>(in, x, y) + 1) * 2), At<uint8_t>(out, x, y));
     EXPECT_EQ(&in, filter.m_pInImage);
     EXPECT_EQ(original.Data(), in.Data());
     EXPECT_TRUE(TestImages::SameSamples(original, in));
@@ -171,10 +149,7 @@ TEST(IpFilterBase, FiltersThreePlanesAndJoinsAFourthAsItIs)
     ClRecordingFilter filter;
     ClImage in = Random(ClImage::eUInt8, 6, 5, 4), out;
     in.SetOrigin(3);
-    filter.m_pInImage = &in;
-    filter.m_pOutImage = &out;
-    filter.m_nMode = eModeX;
-    ASSERT_EQ(0, filter.Run());
+    ASSERT_EQ(0, RunFilter(filter, &in, &out, eModeX));
     EXPECT_EQ("Xu Xu Xu ", filter.m_Calls);
     EXPECT_EQ(&in, filter.m_pInImage);
     ASSERT_EQ(4u, out.Planes());
@@ -182,46 +157,46 @@ TEST(IpFilterBase, FiltersThreePlanesAndJoinsAFourthAsItIs)
     for (uint32_t p = 0; p < 4; ++p)
         for (int32_t y = 0; y < in.Height(); ++y)
             for (int32_t x = 0; x < in.Width(); ++x)
-                ASSERT_EQ(static_cast<uint8_t>(At<uint8_t>(in, x, y, p) + (p < 3 ? 1 : 0)),
+                ASSERT_EQ(uint8_t(At<uint8_t>(in, x, y, p) + (p < 3 ? 1 : 0)),
                           At<uint8_t>(out, x, y, p));
 
-    // Several planes may be filtered in place: the planes are split first.
-    ClImage copy = in;
+    // The planes are split first, so several planes may be filtered in place.
+    ClImage copy;
     copy.Assign(in);
-    filter.m_pInImage = filter.m_pOutImage = &copy;
-    ASSERT_EQ(0, filter.Run());
+    ASSERT_EQ(0, RunFilter(filter, &copy, &copy, eModeX));
     EXPECT_TRUE(TestImages::SameSamples(out, copy));
 
-    // A plane that fails stops the run with its code.
-    ClBareFilter bare;
-    bare.m_pInImage = &in;
-    bare.m_pOutImage = &out;
-    EXPECT_EQ(ZRC_ERROR_FORMAT_NOTSUPPORTED, bare.Run());
-
+    ClBareFilter bare; // a plane that fails stops the run with its code
+    EXPECT_EQ(ZRC_ERROR_FORMAT_NOTSUPPORTED, RunFilter(bare, &in, &out, eModeX));
     ClImage five = Random(ClImage::eUInt8, 3, 3, 5);
-    filter.m_pInImage = &five;
-    filter.m_pOutImage = &out;
-    EXPECT_THROW(filter.Run(), ClException);
+    EXPECT_THROW(RunFilter(filter, &five, &out, eModeX), ClException);
 }
 
-TEST(IpFilterBase, StatusTextShowsWidthModeAndSign)
+TEST(IpFilterBase, ParametersReachTheMembersAndDyReachesOnlyDx)
 {
     ClRecordingFilter filter;
-    char szText[64];
-    filter.GetStatusText(szText, sizeof(szText));
-    EXPECT_STREQ("W[3] M[XY] S[Unknown]", szText);
+    filter.m_nFilterWidth = 9;
+    filter.m_nMode = eModeX;
+    ClParameterContainer root;
+    filter.ConnectParameters(root);
+    char szText[32];
+    uint32_t nSize = sizeof(szText);
+    ASSERT_TRUE(root.Find("nFilterWidth")->GetDefaultText(szText, nSize));
+    EXPECT_STREQ("3", szText);
+    EXPECT_EQ(9, filter.m_nFilterWidth);
+    root.Find("nMode")->SetText("MODE_DIRECTED_ORTHO");
+    EXPECT_EQ(eModeDirectedOrtho, filter.m_nMode);
+    EXPECT_THROW(root.Find("nMode")->SetText("Mode Z"), ClException);
 
-    ClImage in = Random(ClImage::eFloat32, 2, 2);
-    filter.m_pInImage = &in;
-    filter.m_nFilterWidth = 15;
-    filter.m_nMode = eModeDirectedOrtho;
-    filter.GetStatusText(szText, sizeof(szText));
-    EXPECT_STREQ("W[15] M[O] S[Signed]", szText);
+    ClImage dy;
+    auto* pDy = dynamic_cast<TpParameterEnumPointer<ClImage*>*>(root.Find("pInDyImage"));
+    ASSERT_NE(nullptr, pDy);
+    pDy->StoreValue(&dy);
+    EXPECT_EQ(&dy, filter.m_pInDxImage);
+    EXPECT_EQ(nullptr, filter.m_pInDyImage);
 
-    ClImage bytes = Random(ClImage::eUInt8, 2, 2);
-    filter.m_pInImage = &bytes;
-    filter.m_nMode = eModeY;
+    filter.m_pInImage = &dy;
+    dy.Create(ClImage::eFloat32, 2, 2);
     filter.GetStatusText(szText, sizeof(szText));
-    EXPECT_STREQ("W[15] M[Y] S[Unsigned]", szText);
-    EXPECT_THROW(filter.GetStatusText(szText, 5), ClException);
+    EXPECT_STREQ("W[9] M[O] S[Signed]", szText);
 }
