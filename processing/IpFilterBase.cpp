@@ -39,7 +39,7 @@ void ClIpFilterBase::DefineParameters(ClParameterContainer& container)
     ClProcessorBase::DefineParameters(container);
     container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
     container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
-    // A long of the original platform: 32 bits, as the member is.
+    // A 32-bit number, as the member is.
     container.AddInt("nFilterWidth")->Bind(m_nFilterWidth, ClParameter::eFlagInput);
     AddFilterModeParameter(container, m_nMode);
     const uint8_t nOptionalInput = ClParameter::eFlagInput | ClParameter::eFlagOptional;
