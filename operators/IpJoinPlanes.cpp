@@ -11,8 +11,7 @@ namespace
 
 // Writes the source's samples into every nPlanes-th sample of the target,
 // starting at nPlane, over the target's width and height.
-template <typename T>
-void CopyIntoPlane(const ClImage& source, ClImage& target, uint32_t nPlane)
+template <typename T> void CopyIntoPlane(const ClImage& source, ClImage& target, uint32_t nPlane)
 {
     const uint32_t nPlanes = target.Planes();
     for (int32_t y = 0; y < target.Height(); ++y)
@@ -62,7 +61,8 @@ bool ReadableAs(const ClImage& plane, const ClImage& first)
 
 } // namespace
 
-ClIpJoinPlanes::ClIpJoinPlanes() : m_pInPlane{nullptr, nullptr, nullptr, nullptr}, m_pOutImage(nullptr)
+ClIpJoinPlanes::ClIpJoinPlanes()
+    : m_pInPlane{nullptr, nullptr, nullptr, nullptr}, m_pOutImage(nullptr)
 {
     SetDefaults();
 }
@@ -76,7 +76,10 @@ void ClIpJoinPlanes::SetDefaults()
     m_nPlanes = 0;
 }
 
-ClProcessorBase* ClIpJoinPlanes::NewInstance() const { return NewProcessor<ClIpJoinPlanes>(); }
+ClProcessorBase* ClIpJoinPlanes::NewInstance() const
+{
+    return NewProcessor<ClIpJoinPlanes>();
+}
 
 int32_t ClIpJoinPlanes::Run(ClImage* pOut, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                             ClImage* pPlane3)
@@ -154,19 +157,25 @@ int32_t ClIpJoinPlanes::Process()
     {
         if (bPresent[i])
         {
-            const int32_t nResult = SelectDataType(out.DataType(), [&](auto tag) {
-                CopyIntoPlane<typename decltype(tag)::Type>(planes[i], out, i);
-                return 0;
-            });
+            const int32_t nResult =
+                SelectDataType(out.DataType(),
+                               [&](auto tag)
+                               {
+                                   CopyIntoPlane<typename decltype(tag)::Type>(planes[i], out, i);
+                                   return 0;
+                               });
             if (nResult != 0)
                 CopyIntoPlaneBytes(planes[i], out, i);
         }
         else if (m_bFillEmptyPlanes)
         {
-            (void)SelectDataType(out.DataType(), [&](auto tag) {
-                FillPlane<typename decltype(tag)::Type>(out, i, m_dInFillcolors[i]);
-                return 0;
-            });
+            (void)SelectDataType(out.DataType(),
+                                 [&](auto tag)
+                                 {
+                                     FillPlane<typename decltype(tag)::Type>(out, i,
+                                                                             m_dInFillcolors[i]);
+                                     return 0;
+                                 });
         }
     }
     return 0;

@@ -8,8 +8,7 @@ namespace
 
 // Copies every nPlanes-th sample of the source, starting at plane nPlane,
 // into the one-plane target.
-template <typename T>
-void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
+template <typename T> void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
 {
     const uint32_t nPlanes = source.Planes();
     const int32_t nWidth = source.Width();
@@ -24,7 +23,10 @@ void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
 
 } // namespace
 
-ClProcessorBase* ClIpSplitPlanes::NewInstance() const { return NewProcessor<ClIpSplitPlanes>(); }
+ClProcessorBase* ClIpSplitPlanes::NewInstance() const
+{
+    return NewProcessor<ClIpSplitPlanes>();
+}
 
 int32_t ClIpSplitPlanes::Run(ClImage* pIn, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                              ClImage* pPlane3)
@@ -55,13 +57,15 @@ int32_t ClIpSplitPlanes::Process()
         if (pTarget == nullptr)
             continue;
         // An unknown sample type is skipped without a message.
-        (void)SelectDataType(source.DataType(), [&](auto tag) {
-            using T = typename decltype(tag)::Type;
-            pTarget->Create(source.DataType(), source.Width(), source.Height(), 1,
-                            source.XResolution(), source.YResolution());
-            CopyPlane<T>(source, p, *pTarget);
-            return 0;
-        });
+        (void)SelectDataType(source.DataType(),
+                             [&](auto tag)
+                             {
+                                 using T = typename decltype(tag)::Type;
+                                 pTarget->Create(source.DataType(), source.Width(), source.Height(),
+                                                 1, source.XResolution(), source.YResolution());
+                                 CopyPlane<T>(source, p, *pTarget);
+                                 return 0;
+                             });
     }
     return 0;
 }
