@@ -2,14 +2,12 @@
 
 #include <cstring>
 
+#include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
 ClIpCut::ClIpCut()
 {
-    static const ClImage::EDataType kTypes[] = {
-        ClImage::eUInt8, ClImage::eUInt16, ClImage::eUInt32,  ClImage::eInt8,
-        ClImage::eInt16, ClImage::eInt32,  ClImage::eFloat32, ClImage::eDouble64};
-    AddDataTypes(kTypes, sizeof(kTypes) / sizeof(kTypes[0]));
+    AddDataTypes(kAllSampleTypes, kSampleTypeCount);
     SetDefaults();
 }
 

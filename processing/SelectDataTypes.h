@@ -29,6 +29,12 @@ int32_t SelectDataTypes(ClImage::EDataType eFirst, ClImage::EDataType eSecond,
                           });
 }
 
+// The eight sample formats, for operators that accept them all.
+inline constexpr ClImage::EDataType kAllSampleTypes[] = {
+    ClImage::eUInt8, ClImage::eUInt16, ClImage::eUInt32,  ClImage::eInt8,
+    ClImage::eInt16, ClImage::eInt32,  ClImage::eFloat32, ClImage::eDouble64};
+inline constexpr uint32_t kSampleTypeCount = sizeof(kAllSampleTypes) / sizeof(kAllSampleTypes[0]);
+
 // Whether a value is one of the eight sample formats.
 inline bool IsSampleType(ClImage::EDataType eType)
 {
