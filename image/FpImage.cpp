@@ -1,10 +1,10 @@
 #include "image/FpImage.h"
 
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
-
 
 #include "sdk/Exception.h"
 
@@ -22,7 +22,10 @@ struct UnitArrayDeleter
 
 } // namespace
 
-ClImage::ClImage() { Clear(); }
+ClImage::ClImage()
+{
+    Clear();
+}
 
 ClImage::~ClImage() = default;
 
@@ -72,21 +75,23 @@ void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t 
     SetBoundsForType(eType);
 
     const int64_t nStride = RowStride();
+    const int64_t nNewBytes = MulSaturated(nStride, nHeight);
     // A long-lived image keeps its buffer while it is the only sharer and the
-    // byte size is the same: no allocation per capture.
-    if (m_Data && m_Data.use_count() == 1 && nHeight > 0 && nOldBytes == nStride * nHeight)
+    // byte size is the same: no allocation per capture. A zero or negative
+    // area never counts as the same size, so it always throws below.
+    if (m_Data && m_Data.use_count() == 1 && nHeight > 0 && nNewBytes > 0 && nOldBytes == nNewBytes)
         return;
 
     if (nHeight < 1 || nStride < 1)
         SENTIVO_THROW("Image area must be positive", ZRC_ERROR_INTERNAL);
 
-    // Width, planes and height are each at most 2^32, so the product below
-    // can only overflow size_t for absurd requests; those ask for the
-    // largest block and fail as any other failed allocation.
-    const uint64_t nUnits64 = (static_cast<uint64_t>(nStride) * static_cast<uint64_t>(nHeight) + 7) / 8;
-    const size_t nUnits = nUnits64 > std::numeric_limits<size_t>::max() / 8
-                              ? std::numeric_limits<size_t>::max() / 8
-                              : static_cast<size_t>(nUnits64);
+    // The byte size saturates for absurd requests; those ask for the largest
+    // block and fail as any other failed allocation.
+    const uint64_t nUnits64 = static_cast<uint64_t>(nNewBytes) / 8 + (nNewBytes % 8 != 0 ? 1 : 0);
+    // An array request beyond PTRDIFF_MAX bytes would throw a standard
+    // exception instead of failing; the largest block is the largest request.
+    const uint64_t nMaxUnits = static_cast<uint64_t>(std::numeric_limits<ptrdiff_t>::max()) / 8;
+    const size_t nUnits = static_cast<size_t>(nUnits64 > nMaxUnits ? nMaxUnits : nUnits64);
     uint64_t* pUnits = new (std::nothrow) uint64_t[nUnits];
     if (pUnits == nullptr)
     {
@@ -99,7 +104,8 @@ void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t 
 void ClImage::CreateAs(const ClImage& other, EDataType eType)
 {
     if (&other == this)
-        SENTIVO_THROW("this function dose not work on the same image.", ZRC_ERROR_INVALID_PARAMETER);
+        SENTIVO_THROW("this function dose not work on the same image.",
+                      ZRC_ERROR_INVALID_PARAMETER);
     Create(eType, other.m_nWidth, other.m_nHeight, other.m_nPlanes, other.m_nXResolution,
            other.m_nYResolution);
     m_eContent = other.m_eContent;

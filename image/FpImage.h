@@ -3,6 +3,7 @@
 // interleaved planes, rows padded to four bytes, a pixel buffer shared between
 // copies (the count of sharers is atomic) and a declared value range.
 #include <cstdint>
+#include <limits>
 
 #include <boost/shared_ptr.hpp>
 
@@ -82,10 +83,22 @@ public:
     // Samples per row as the pixel loops step; 0 when the sample size is 0.
     int64_t RowPitch() const { return SampleSize() == 0 ? 0 : RowStride() / SampleSize(); }
     // Bytes of the raster in use: stride times height.
-    int64_t ByteSize() const { return m_nHeight > 0 ? RowStride() * m_nHeight : 0; }
+    int64_t ByteSize() const { return m_nHeight > 0 ? MulSaturated(RowStride(), m_nHeight) : 0; }
     static int64_t Stride(EDataType eType, int64_t nWidth, int64_t nPlanes)
     {
-        return (static_cast<int64_t>(SampleSize(eType)) * nPlanes * nWidth + 3) & ~int64_t(3);
+        const int64_t nBytes = MulSaturated(MulSaturated(SampleSize(eType), nPlanes), nWidth);
+        const int64_t nMax = std::numeric_limits<int64_t>::max() - 3;
+        return (nBytes > nMax ? nMax : nBytes + 3) & ~int64_t(3);
+    }
+    // Sizes of absurd requests stick at the end of the range instead of
+    // wrapping, so they turn into a failed request for the largest block.
+    static int64_t MulSaturated(int64_t a, int64_t b)
+    {
+        int64_t nProduct;
+        if (__builtin_mul_overflow(a, b, &nProduct))
+            return (a < 0) != (b < 0) ? std::numeric_limits<int64_t>::min()
+                                      : std::numeric_limits<int64_t>::max();
+        return nProduct;
     }
 
     uint8_t* Data() { return m_Data.get(); }

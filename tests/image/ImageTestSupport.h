@@ -1,0 +1,84 @@
+#pragma once
+// Helpers shared by the image tests: exception checks and bitmap blocks
+// built field by field.
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "image/Bitmap.h"
+#include "sdk/Exception.h"
+
+// Runs f and expects an exception of type E with the given code and, when
+// given, the given remark (the text after the table's description line).
+template <typename E = ClException, typename F>
+void ExpectThrows(F&& f, int32_t nCode, const char* szRemark = nullptr)
+{
+    try
+    {
+        f();
+        ADD_FAILURE() << "no exception, expected code " << nCode;
+    }
+    catch (const E& e)
+    {
+        EXPECT_EQ(e.GetCode(), nCode);
+        if (szRemark != nullptr)
+        {
+            const std::string sText = e.GetMessage();
+            const size_t nBreak = sText.find('\n');
+            EXPECT_EQ(nBreak == std::string::npos ? sText : sText.substr(nBreak + 1), szRemark);
+        }
+    }
+}
+
+// An info header with the given fields, a colour table of nEntries and pixel
+// rows (each a whole number of 32-bit words) whose bytes count up from 1;
+// optionally behind a 14-byte file header.
+inline std::vector<uint8_t> MakeBitmapBlock(int32_t nWidth, int32_t nHeight, uint16_t nBitCount,
+                                            size_t nEntries, uint32_t nClrUsed = 0,
+                                            uint32_t nCompression = 0, bool bFileHeader = false)
+{
+    SentivoBitmapInfoHeader header{};
+    header.biSize = 40;
+    header.biWidth = nWidth;
+    header.biHeight = nHeight;
+    header.biPlanes = 1;
+    header.biBitCount = nBitCount;
+    header.biCompression = nCompression;
+    header.biXPelsPerMeter = 19685;
+    header.biYPelsPerMeter = 19686;
+    header.biClrUsed = nClrUsed;
+    const size_t nColours = nEntries;
+    const size_t nPixels = (static_cast<size_t>(nWidth) * nBitCount + 31) / 32 * 4 * nHeight;
+    const size_t nStart = bFileHeader ? 14 : 0;
+
+    std::vector<uint8_t> block(nStart + 40 + 4 * nColours + nPixels);
+    if (bFileHeader)
+    {
+        SentivoBitmapFileHeader file{};
+        file.bfType = 0x4D42; // "BM"
+        file.bfSize = static_cast<uint32_t>(block.size());
+        file.bfOffBits = static_cast<uint32_t>(nStart + 40 + 4 * nColours);
+        std::memcpy(block.data(), &file, sizeof(file));
+    }
+    std::memcpy(block.data() + nStart, &header, sizeof(header));
+    for (size_t i = 0; i < nPixels; ++i)
+        block[block.size() - nPixels + i] = static_cast<uint8_t>(i + 1);
+    return block;
+}
+
+// The first nSize bytes of a block in an allocation of exactly that size, so
+// that the sanitizer build catches any read behind it.
+inline std::unique_ptr<uint8_t[]> ExactCopy(const std::vector<uint8_t>& block, size_t nSize)
+{
+    std::unique_ptr<uint8_t[]> copy(new uint8_t[nSize]);
+    std::memcpy(copy.get(), block.data(), nSize);
+    return copy;
+}
+
+inline SentivoBitmapInfoHeader* InfoOf(std::vector<uint8_t>& block)
+{
+    return reinterpret_cast<SentivoBitmapInfoHeader*>(block.data());
+}
