@@ -1,0 +1,39 @@
+#include "operators/IpHistogramEqualization.h"
+
+#include <new>
+
+#include "sdk/Exception.h"
+
+ClIpHistogramEqualization::ClIpHistogramEqualization()
+{
+    m_bInPlace = false;
+    m_bUseLookup = true;
+    AddDataType(ClImage::eUInt8);
+}
+
+ClProcessorBase* ClIpHistogramEqualization::NewInstance() const
+{
+    return NewProcessor<ClIpHistogramEqualization>();
+}
+
+int32_t ClIpHistogramEqualization::Dispatch(const ClImage& in, ClImage& out)
+{
+    if (!m_pHistogram)
+    {
+        m_pHistogram.reset(new (std::nothrow) ClHistogram());
+        if (!m_pHistogram)
+            SENTIVO_THROW_BAD_ALLOC();
+    }
+    m_pHistogram->Create(in);
+    return ClIp1to1Base::Dispatch(in, out);
+}
+
+double ClIpHistogramEqualization::PixelOp(const ClImage& in, const ClImage& out, double dSample)
+{
+    // The count of bins 0 up to and including s; none for a negative sample.
+    uint64_t nCount = 0;
+    for (int32_t i = 0; i < 256 && i <= dSample; ++i)
+        nCount += m_pHistogram->m_nBins[i];
+    const double dSamples = static_cast<double>(in.Width()) * in.Height();
+    return (out.UpperBound() - out.LowerBound()) * static_cast<double>(nCount) / dSamples;
+}
