@@ -28,7 +28,10 @@ ClParameter::~ClParameter()
     delete[] m_szDescription;
 }
 
-void ClParameter::SetName(const char* szName) { ReplaceOwnedText(m_szName, szName); }
+void ClParameter::SetName(const char* szName)
+{
+    ReplaceOwnedText(m_szName, szName);
+}
 
 void ClParameter::SetDescription(const char* szDescription)
 {
@@ -44,7 +47,10 @@ void ClParameter::CopyTo(ClParameter& target) const
     target.SetDescription(m_szDescription);
 }
 
-void ClParameter::SetText(const char*) { SENTIVO_THROW("Abstract function", ZRC_ERROR_INTERNAL); }
+void ClParameter::SetText(const char*)
+{
+    SENTIVO_THROW("Abstract function", ZRC_ERROR_INTERNAL);
+}
 
 bool ClParameter::GetText(char*, uint32_t&) const
 {

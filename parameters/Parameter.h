@@ -30,12 +30,12 @@ public:
     // Flag bits.
     enum : uint8_t
     {
-        eFlagInput = 1,     // the outside may set it
-        eFlagOutput = 2,    // the value is a result
-        eFlagOptional = 4,  // the connection may stay empty
-        eFlagContainer = 8, // a tree node
-        eFlagUnbound = 16,  // cleared by every binding; nothing sets it
-        eFlagClamp = 32,    // a numeric set clamps to the limits
+        eFlagInput = 1,      // the outside may set it
+        eFlagOutput = 2,     // the value is a result
+        eFlagOptional = 4,   // the connection may stay empty
+        eFlagContainer = 8,  // a tree node
+        eFlagUnbound = 16,   // cleared by every binding; nothing sets it
+        eFlagClamp = 32,     // a numeric set clamps to the limits
         eFlagRangeError = 64 // a numeric set outside the limits throws
     };
 

@@ -39,7 +39,10 @@ ClParameterContainer::ClParameterContainer(const char* szName) : ClParameterCont
     SetName(szName);
 }
 
-ClParameterContainer::~ClParameterContainer() { DeleteChildren(); }
+ClParameterContainer::~ClParameterContainer()
+{
+    DeleteChildren();
+}
 
 void ClParameterContainer::DeleteChildren()
 {
@@ -212,4 +215,39 @@ ClParameter* ClParameterContainer::Find(const char* szPath)
     if (*pPos == '.' && pResult != nullptr && pResult->IsContainer())
         return pResult->AsContainer()->Find(pPos + 1);
     return pResult;
+}
+
+TpParameterEnumPointer<ClImage*>* ClParameterContainer::AddImage(const char* szName)
+{
+    TpParameterEnumPointer<ClImage*>* pParameter = AddNew<TpParameterEnumPointer<ClImage*>>(szName);
+    pParameter->SetConnection(true);
+    return pParameter;
+}
+
+TpParameterEnumPointer<bool>* ClParameterContainer::AddBool(const char* szName)
+{
+    TpParameterEnumPointer<bool>* pParameter = AddNew<TpParameterEnumPointer<bool>>(szName);
+    pParameter->AddEntry(false, "False");
+    pParameter->AddEntry(true, "True");
+    return pParameter;
+}
+
+TpParameterNumeric<int>* ClParameterContainer::AddInt(const char* szName)
+{
+    return AddNew<TpParameterNumeric<int>>(szName);
+}
+
+TpParameterNumeric<long>* ClParameterContainer::AddLong(const char* szName)
+{
+    return AddNew<TpParameterNumeric<long>>(szName);
+}
+
+TpParameterNumeric<unsigned int>* ClParameterContainer::AddUnsigned(const char* szName)
+{
+    return AddNew<TpParameterNumeric<unsigned int>>(szName);
+}
+
+TpParameterString<char*, ClParameter, 0>* ClParameterContainer::AddString(const char* szName)
+{
+    return AddNew<TpParameterString<char*, ClParameter, 0>>(szName);
 }

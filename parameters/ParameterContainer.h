@@ -4,6 +4,11 @@
 // dotted paths ("Sub.nFilterWidth", ".pInImage").
 #include "image/ArrayDynamic.h"
 #include "parameters/Parameter.h"
+#include "parameters/ParameterEnumPointer.h"
+#include "parameters/ParameterNumeric.h"
+#include "parameters/ParameterString.h"
+
+class ClImage;
 
 class ClParameterContainer : public ClParameter
 {
@@ -64,6 +69,28 @@ public:
             throw;
         }
         return pParameter;
+    }
+
+    // Creation helpers: each returns a new child, ready to be bound.
+    // An image input: an enumeration over ClImage* with an empty map, marked
+    // as a connection.
+    TpParameterEnumPointer<ClImage*>* AddImage(const char* szName);
+    // A boolean: an enumeration with the entries 0 "False" and 1 "True".
+    TpParameterEnumPointer<bool>* AddBool(const char* szName);
+    // AddDouble<OwnerClass>(name) gives a double bound later to accessors.
+    template <typename Owner = ClParameter>
+    TpParameterNumeric<double, Owner>* AddDouble(const char* szName)
+    {
+        return AddNew<TpParameterNumeric<double, Owner>>(szName);
+    }
+    TpParameterNumeric<int>* AddInt(const char* szName);
+    TpParameterNumeric<long>* AddLong(const char* szName);
+    TpParameterNumeric<unsigned int>* AddUnsigned(const char* szName);
+    TpParameterString<char*, ClParameter, 0>* AddString(const char* szName);
+    // An enumeration over T with an empty map, for the caller's entries.
+    template <typename T> TpParameterEnumPointer<T>* AddEnum(const char* szName)
+    {
+        return AddNew<TpParameterEnumPointer<T>>(szName);
     }
 
 private:
