@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/Ip1to1Paths.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
@@ -80,6 +82,24 @@ void ClIpBinarizeGlobal::SetDefaults()
     m_dThreshold = kNaN;
     m_dBlack = kNaN;
     m_dWhite = kNaN;
+}
+
+void ClIpBinarizeGlobal::DescribeInterface(ClParameterInterface& list)
+{
+    ClIp1to1Base::DescribeInterface(list);
+    list.Add(m_dBlack, "Black", "In: Pixelvalue of Black", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_dWhite, "White", "In: Pixelvalue of White", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_dThreshold, "Threshold", "In: Binarization Threshold", ClParameterInterface::eInput,
+             0, 0);
+}
+
+void ClIpBinarizeGlobal::DefineParameters(ClParameterContainer& container)
+{
+    ClIp1to1Base::DefineParameters(container);
+    const uint8_t nFlags = ClParameter::eFlagInput | ClParameter::eFlagOutput;
+    container.AddDouble("Black")->Bind(m_dBlack, nFlags);
+    container.AddDouble("White")->Bind(m_dWhite, nFlags);
+    container.AddDouble("Threshold")->Bind(m_dThreshold, nFlags);
 }
 
 ClProcessorBase* ClIpBinarizeGlobal::NewInstance() const

@@ -9,7 +9,9 @@ class ClIpBinarizeGlobal : public NewIpBase::ClIp1to1Base
 public:
     ClIpBinarizeGlobal();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpBinarizeGlobal"; }
     bool CheckInput() override;

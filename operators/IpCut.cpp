@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
@@ -21,6 +23,40 @@ void ClIpCut::SetDefaults()
     m_pnY0 = &m_nY0;
     m_pnDestWidth = &m_nDestWidth;
     m_pnDestHeight = &m_nDestHeight;
+}
+
+void ClIpCut::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_nDestHeight, "DestHeight", "In: Cut Height", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_nDestWidth, "DestWidth", "In: Cut Width", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_nX0, "X0", "In: Start X", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_nY0, "Y0", "In: Start Y", ClParameterInterface::eInput, 0, 0);
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Clipping", ClParameterInterface::eOutput);
+}
+
+void ClIpCut::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    // Each value parameter follows the pointer that the cut reads, so that a
+    // substituted value is the one it shows and sets.
+    const struct
+    {
+        const char* szName;
+        int32_t& nField;
+        int32_t*& pnValue;
+    } kValues[] = {{"nDestHeight", m_nDestHeight, m_pnDestHeight},
+                   {"nDestWidth", m_nDestWidth, m_pnDestWidth},
+                   {"mX0", m_nX0, m_pnX0},
+                   {"mY0", m_nY0, m_pnY0}};
+    for (const auto& value : kValues)
+    {
+        TpParameterNumeric<int>* pValue = container.AddInt(value.szName);
+        pValue->Bind(value.nField, ClParameter::eFlagInput);
+        pValue->SetValueLink(&value.pnValue);
+    }
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
 }
 
 ClProcessorBase* ClIpCut::NewInstance() const

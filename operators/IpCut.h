@@ -7,7 +7,9 @@ class ClIpCut : public NewIpBase::ClIp1to1Base
 public:
     ClIpCut();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpCut"; }
     // The output is made by Dispatch once the rectangle is known to fit.

@@ -7,6 +7,7 @@
 #include <rfftw.h>
 
 #include "image/ArrayStatic.h"
+#include "parameters/ParameterContainer.h"
 #include "sdk/Exception.h"
 
 namespace Fourier
@@ -60,6 +61,12 @@ fftw_real* Samples(ClImage& image)
 ClIpFourier2::ClIpFourier2() : m_bScaleNorm(true)
 {
     AddDataType(ClImage::eDouble64);
+}
+
+void ClIpFourier2::DefineParameters(ClParameterContainer& container)
+{
+    ClIp1to1Base::DefineParameters(container);
+    container.AddBool("bScaleNorm")->Bind(m_bScaleNorm, ClParameter::eFlagInput);
 }
 
 ClProcessorBase* ClIpFourier2::NewInstance() const

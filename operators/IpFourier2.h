@@ -16,6 +16,7 @@ public:
     ~ClIpFourier2() override = default;
 
     void SetDefaults() override { m_bScaleNorm = true; }
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpFourier2"; }
     // True when the input is set, the output is not, the type check passes and

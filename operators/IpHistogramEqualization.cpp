@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 ClIpHistogramEqualization::ClIpHistogramEqualization()
@@ -9,6 +11,13 @@ ClIpHistogramEqualization::ClIpHistogramEqualization()
     m_bInPlace = false;
     m_bUseLookup = true;
     AddDataType(ClImage::eUInt8);
+}
+
+void ClIpHistogramEqualization::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Output Image with euqalized histogram",
+             ClParameterInterface::eOutput);
 }
 
 ClProcessorBase* ClIpHistogramEqualization::NewInstance() const

@@ -11,6 +11,7 @@ class ClIpHistogramEqualization : public NewIpBase::ClIp1to1Base
 public:
     ClIpHistogramEqualization();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpHistogramEqualization"; }
     // Counts the whole input, then runs the table path.

@@ -3,7 +3,11 @@
 #include <cstring>
 #include <limits>
 
+#include <cstdio>
+
 #include "image/SampleTraits.h"
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 namespace
@@ -74,6 +78,38 @@ void ClIpJoinPlanes::SetDefaults()
     m_eOutContent = ClImage::eUnknown;
     m_bFillEmptyPlanes = true;
     m_nPlanes = 0;
+}
+
+void ClIpJoinPlanes::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pOutImage, "OutImage", "Out: Joined Image", ClParameterInterface::eOutput);
+}
+
+void ClIpJoinPlanes::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    const uint8_t nOptionalInput = ClParameter::eFlagInput | ClParameter::eFlagOptional;
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "pInPlane[%u]", p);
+        container.AddImage(szName)->Bind(m_pInPlane[p], nOptionalInput);
+    }
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "dInFillcolors[%u]", p);
+        container.AddDouble(szName)->Bind(m_dInFillcolors[p], nOptionalInput);
+    }
+    static const char* const kContents[] = {"eUnknown", "eGrayscale", "eRGB",    "eRGBA",
+                                            "eHSV",     "eXYZ",       "eCIELab", "eCIELUV"};
+    TpParameterEnumPointer<ClImage::EContent>* pContent =
+        container.AddEnum<ClImage::EContent>("eOutContent");
+    pContent->Bind(m_eOutContent);
+    for (int32_t i = ClImage::eUnknown; i <= ClImage::eCIELUV; ++i)
+        pContent->AddEntry(static_cast<ClImage::EContent>(i), kContents[i]);
+    container.AddBool("bFillEmptyPlanes")->Bind(m_bFillEmptyPlanes);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
 }
 
 ClProcessorBase* ClIpJoinPlanes::NewInstance() const

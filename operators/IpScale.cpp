@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/Ip1to1Paths.h"
 #include "processing/SelectDataTypes.h"
 
@@ -57,6 +59,19 @@ ClIpScale::ClIpScale()
     m_bUseLookup = true;
     AddDataTypes(kAllSampleTypes, kSampleTypeCount);
     SetDefaults();
+}
+
+void ClIpScale::DescribeInterface(ClParameterInterface& list)
+{
+    ClIp1to1Base::DescribeInterface(list);
+    list.Add(m_dScaleFactor, "ScaleFactor", "In: Grey Value Multiplier",
+             ClParameterInterface::eInput, 0, 255);
+}
+
+void ClIpScale::DefineParameters(ClParameterContainer& container)
+{
+    ClIp1to1Base::DefineParameters(container);
+    container.AddDouble("dScaleFactor")->Bind(m_dScaleFactor);
 }
 
 ClProcessorBase* ClIpScale::NewInstance() const

@@ -8,7 +8,9 @@ class ClIpScale : public NewIpBase::ClIp1to1Base
 public:
     ClIpScale();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override { m_dScaleFactor = 1.0; }
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpScale"; }
     void GetStatusText(char* szBuffer, uint32_t nSize) override;

@@ -1,6 +1,10 @@
 #include "operators/IpSplitPlanes.h"
 
+#include <cstdio>
+
 #include "image/SampleTraits.h"
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 namespace
@@ -22,6 +26,24 @@ template <typename T> void CopyPlane(const ClImage& source, uint32_t nPlane, ClI
 }
 
 } // namespace
+
+void ClIpSplitPlanes::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+}
+
+void ClIpSplitPlanes::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "pOutPlane[%u]", p);
+        container.AddImage(szName)->Bind(m_pOutPlane[p],
+                                         ClParameter::eFlagOutput | ClParameter::eFlagOptional);
+    }
+}
 
 ClProcessorBase* ClIpSplitPlanes::NewInstance() const
 {

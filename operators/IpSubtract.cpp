@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <type_traits>
 
+#include "parameters/ParameterContainer.h"
 #include "processing/Ip2to1Paths.h"
 #include "processing/SelectDataTypes.h"
 
@@ -76,6 +77,19 @@ void ClIpSubtract::SetDefaults()
     m_dLowerBound = 0.0;
     m_dUpperBound = 0.0;
     m_eRangeType = eDataDependent;
+}
+
+void ClIpSubtract::DefineParameters(ClParameterContainer& container)
+{
+    ClIp2to1Base::DefineParameters(container);
+    container.AddDouble("LowerBound")->Bind(m_dLowerBound);
+    container.AddDouble("UpperBound")->Bind(m_dUpperBound);
+    TpParameterEnumPointer<EDataRangeType>* pRange =
+        container.AddEnum<EDataRangeType>("Data Output Range");
+    pRange->Bind(m_eRangeType);
+    pRange->AddEntry(eDataDependent, "DataDependent");
+    pRange->AddEntry(eInputDependent, "InputDependent");
+    pRange->AddEntry(eUserDependent, "UserDependent");
 }
 
 ClProcessorBase* ClIpSubtract::NewInstance() const

@@ -23,6 +23,7 @@ public:
     ClIpSubtract() { SetDefaults(); }
 
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpSubtract"; }
     int32_t Dispatch(const ClImage& first, const ClImage& second, ClImage& out,

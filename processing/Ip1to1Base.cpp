@@ -1,11 +1,26 @@
 #include "processing/Ip1to1Base.h"
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/Ip1to1Paths.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
 namespace NewIpBase
 {
+
+void ClIp1to1Base::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Output Image", ClParameterInterface::eOutput);
+}
+
+void ClIp1to1Base::DefineParameters(ClParameterContainer& container)
+{
+    ClIpProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+}
 
 void ClIp1to1Base::CheckInputImages()
 {

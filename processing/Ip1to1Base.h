@@ -15,6 +15,8 @@ class ClIp1to1Base : public ClIpProcessorBase
 public:
     ClIp1to1Base() = default;
 
+    void DescribeInterface(ClParameterInterface& list) override;
+    void DefineParameters(ClParameterContainer& container) override;
     void CheckInputImages() override;
     int32_t Process() override;
 

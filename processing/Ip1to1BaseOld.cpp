@@ -1,8 +1,26 @@
 #include "processing/Ip1to1BaseOld.h"
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/Ip1to1Paths.h"
+#include "processing/OutImageTypeParameter.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
+
+void ClIp1to1Base::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Output Image", ClParameterInterface::eOutput);
+    DescribeOutImageType(list, m_eOutImageType);
+}
+
+void ClIp1to1Base::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+    DefineOutImageType(container, m_eOutImageType);
+}
 
 int32_t ClIp1to1Base::Process()
 {

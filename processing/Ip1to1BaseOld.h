@@ -10,7 +10,9 @@ class ClIp1to1Base : public ClProcessorBase
 public:
     ClIp1to1Base() = default;
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override { m_eOutImageType = ClImage::eDefaultType; }
+    void DefineParameters(ClParameterContainer& container) override;
     int32_t Process() override;
 
     // Selects on the input type, then on the output type: the 8-bit table path

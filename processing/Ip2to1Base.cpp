@@ -4,7 +4,10 @@
 #include <cstdlib>
 #include <limits>
 
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "processing/Ip2to1Paths.h"
+#include "processing/OutImageTypeParameter.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
@@ -85,6 +88,42 @@ void ClIp2to1Base::SetDefaults()
     m_nOffsetY = 0;
     for (double& dFill : m_dPlaneFillColors)
         dFill = m_dFillColor;
+}
+
+void ClIp2to1Base::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage1, "InImage1", "In1: Original Image", ClParameterInterface::eInput);
+    list.Add(m_pInImage2, "InImage2", "In2: 2nd Original Image", ClParameterInterface::eInput);
+    list.Add(m_pOutImage, "OutImage", "Out: Output Image", ClParameterInterface::eOutput);
+    DescribeOutImageType(list, m_eOutImageType);
+    list.Add(m_bSizeMustBeEqual, "SizeMustBeEqual", "Bool: Size must be equal",
+             ClParameterInterface::eInput)
+        .SetEntries("false\0true\0", nullptr);
+    list.Add(m_dFillColor, "FillColor", "Double: Fillcolor for Offset-Images",
+             ClParameterInterface::eInput, 0, 255);
+    list.Add(m_nOffsetX, "OffsetX", "Long: Offset of Image2 to Image1 in x-direction",
+             ClParameterInterface::eInput, 0, 0);
+    list.Add(m_nOffsetY, "OffsetY", "Long: Offset of Image2 to Image1 in y-direction",
+             ClParameterInterface::eInput, 0, 0);
+}
+
+void ClIp2to1Base::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage1")->Bind(m_pInImage1, ClParameter::eFlagInput);
+    container.AddImage("pInImage2")->Bind(m_pInImage2, ClParameter::eFlagInput);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+    DefineOutImageType(container, m_eOutImageType);
+    // The one boolean of the library whose entries are in lower case.
+    TpParameterEnumPointer<bool>* pEqual = container.AddEnum<bool>("SizeMustBeEqual");
+    pEqual->Bind(m_bSizeMustBeEqual);
+    pEqual->AddEntry(false, "false");
+    pEqual->AddEntry(true, "true");
+    TpParameterNumeric<double>* pFill = container.AddDouble("FillColor");
+    pFill->Bind(m_dFillColor);
+    pFill->SetLimits(0.0, 255.0);
+    container.AddInt("OffsetX")->Bind(m_nOffsetX);
+    container.AddInt("OffsetY")->Bind(m_nOffsetY);
 }
 
 int32_t ClIp2to1Base::Run(ClImage* pFirst, ClImage* pSecond, ClImage* pOut,

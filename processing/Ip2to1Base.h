@@ -15,7 +15,9 @@ public:
 
     ClIp2to1Base();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     // True when both inputs and the output are set and both inputs have data.
     bool CheckInput() override;
     // -37 without inputs; -44 for differing sizes or any offset while the
