@@ -1,8 +1,7 @@
 #pragma once
-// Reading what a processor publishes: the parameters it creates in a
-// container and the records it appends to an interface list.
+// What a processor publishes, as one line each: its parameters with their
+// flags, its interface records, and the entry texts of an enumeration.
 #include <string>
-#include <vector>
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
@@ -10,45 +9,51 @@
 namespace TestParameters
 {
 
-struct Published
+// "name:flags name:flags ..." in order of creation.
+inline std::string ParametersOf(const ClParameterContainer& container)
 {
-    std::string sName;
-    int nFlags;
-};
-
-// Name and flags of each parameter, in order of creation.
-inline std::vector<Published> ParametersOf(const ClParameterContainer& container)
-{
-    std::vector<Published> result;
+    std::string text;
     for (uint32_t i = 0; i < container.GetChildCount(); ++i)
-        result.push_back({container.GetChild(i)->GetName(), container.GetChild(i)->GetFlags()});
-    return result;
+        text += (i ? " " : "") + std::string(container.GetChild(i)->GetName()) + ":" +
+                std::to_string(container.GetChild(i)->GetFlags());
+    return text;
 }
 
-inline bool operator==(const Published& a, const Published& b)
+// "name|description|direction; ..." in order.
+inline std::string RecordsOf(const ClParameterInterface& list)
 {
-    return a.sName == b.sName && a.nFlags == b.nFlags;
+    std::string text;
+    for (const ClParameterInterface::ClParameter* p = list.First(); p != nullptr; p = p->GetNext())
+        text += (text.empty() ? "" : "; ") + std::string(p->GetName()) + "|" + p->GetDescription() +
+                "|" + std::to_string(p->GetDirection());
+    return text;
 }
 
-inline std::ostream& operator<<(std::ostream& stream, const Published& p)
+// "text,text,..." of an enumeration parameter.
+inline std::string EntriesOf(ClParameter* pParameter)
 {
-    return stream << p.sName << " (flags " << p.nFlags << ")";
-}
-
-// The entry texts of an enumeration parameter, in order.
-inline std::vector<std::string> EntriesOf(ClParameter* pParameter)
-{
-    std::vector<std::string> result;
-    ClParameterEnumInterface* pEnum = pParameter != nullptr ? pParameter->AsEnum() : nullptr;
-    if (pEnum == nullptr)
-        return result;
-    for (uint32_t i = 0; i < pEnum->GetEntryCount(); ++i)
+    std::string text;
+    ClParameterEnumInterface* pEnum = pParameter->AsEnum();
+    for (uint32_t i = 0; pEnum != nullptr && i < pEnum->GetEntryCount(); ++i)
     {
         char szText[64];
         pEnum->GetEntryText(i, szText, sizeof(szText));
-        result.emplace_back(szText);
+        text += (i ? "," : "") + std::string(szText);
     }
-    return result;
+    return text;
+}
+
+// "text,text,..." of an interface record.
+inline std::string EntriesOf(const ClParameterInterface::ClParameter& record)
+{
+    std::string text;
+    const char* szText = record.GetEntryTexts();
+    for (uint32_t i = 0; szText != nullptr && i < record.GetEntryCount(); ++i)
+    {
+        text += (i ? "," : "") + std::string(szText);
+        szText += std::strlen(szText) + 1;
+    }
+    return text;
 }
 
 inline std::string TextOf(ClParameter* pParameter)
@@ -56,29 +61,6 @@ inline std::string TextOf(ClParameter* pParameter)
     char szText[128];
     uint32_t nSize = sizeof(szText);
     return pParameter->GetText(szText, nSize) ? std::string(szText) : std::string("?");
-}
-
-// "name|description|direction" of each record, in order.
-inline std::vector<std::string> RecordsOf(const ClParameterInterface& list)
-{
-    std::vector<std::string> result;
-    for (const ClParameterInterface::ClParameter* p = list.First(); p != nullptr; p = p->GetNext())
-        result.push_back(std::string(p->GetName()) + "|" + p->GetDescription() + "|" +
-                         std::to_string(p->GetDirection()));
-    return result;
-}
-
-// The entry texts of a record, in order.
-inline std::vector<std::string> RecordEntries(const ClParameterInterface::ClParameter& record)
-{
-    std::vector<std::string> result;
-    const char* szText = record.GetEntryTexts();
-    for (uint32_t i = 0; szText != nullptr && i < record.GetEntryCount(); ++i)
-    {
-        result.emplace_back(szText);
-        szText += result.back().size() + 1;
-    }
-    return result;
 }
 
 } // namespace TestParameters
