@@ -39,6 +39,9 @@ int32_t ClIpHistogramEqualization::Dispatch(const ClImage& in, ClImage& out)
 
 double ClIpHistogramEqualization::PixelOp(const ClImage& in, const ClImage& out, double dSample)
 {
+    // Without a counted input (Dispatch not run) there is nothing to share.
+    if (!m_pHistogram)
+        return 0.0;
     // The count of bins 0 up to and including s; none for a negative sample.
     uint64_t nCount = 0;
     for (int32_t i = 0; i < 256 && i <= dSample; ++i)
