@@ -3,7 +3,11 @@
 #include <cstring>
 #include <limits>
 
+#include <cstdio>
+
 #include "image/SampleTraits.h"
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 namespace
@@ -11,8 +15,7 @@ namespace
 
 // Writes the source's samples into every nPlanes-th sample of the target,
 // starting at nPlane, over the target's width and height.
-template <typename T>
-void CopyIntoPlane(const ClImage& source, ClImage& target, uint32_t nPlane)
+template <typename T> void CopyIntoPlane(const ClImage& source, ClImage& target, uint32_t nPlane)
 {
     const uint32_t nPlanes = target.Planes();
     for (int32_t y = 0; y < target.Height(); ++y)
@@ -62,7 +65,8 @@ bool ReadableAs(const ClImage& plane, const ClImage& first)
 
 } // namespace
 
-ClIpJoinPlanes::ClIpJoinPlanes() : m_pInPlane{nullptr, nullptr, nullptr, nullptr}, m_pOutImage(nullptr)
+ClIpJoinPlanes::ClIpJoinPlanes()
+    : m_pInPlane{nullptr, nullptr, nullptr, nullptr}, m_pOutImage(nullptr)
 {
     SetDefaults();
 }
@@ -76,7 +80,42 @@ void ClIpJoinPlanes::SetDefaults()
     m_nPlanes = 0;
 }
 
-ClProcessorBase* ClIpJoinPlanes::NewInstance() const { return NewProcessor<ClIpJoinPlanes>(); }
+void ClIpJoinPlanes::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pOutImage, "OutImage", "Out: Joined Image", ClParameterInterface::eOutput);
+}
+
+void ClIpJoinPlanes::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    const uint8_t nOptionalInput = ClParameter::eFlagInput | ClParameter::eFlagOptional;
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "pInPlane[%u]", p);
+        container.AddImage(szName)->Bind(m_pInPlane[p], nOptionalInput);
+    }
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "dInFillcolors[%u]", p);
+        container.AddDouble(szName)->Bind(m_dInFillcolors[p], nOptionalInput);
+    }
+    static const char* const kContents[] = {"eUnknown", "eGrayscale", "eRGB",    "eRGBA",
+                                            "eHSV",     "eXYZ",       "eCIELab", "eCIELUV"};
+    TpParameterEnumPointer<ClImage::EContent>* pContent =
+        container.AddEnum<ClImage::EContent>("eOutContent");
+    pContent->Bind(m_eOutContent);
+    for (int32_t i = ClImage::eUnknown; i <= ClImage::eCIELUV; ++i)
+        pContent->AddEntry(static_cast<ClImage::EContent>(i), kContents[i]);
+    container.AddBool("bFillEmptyPlanes")->Bind(m_bFillEmptyPlanes);
+    container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
+}
+
+ClProcessorBase* ClIpJoinPlanes::NewInstance() const
+{
+    return NewProcessor<ClIpJoinPlanes>();
+}
 
 int32_t ClIpJoinPlanes::Run(ClImage* pOut, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                             ClImage* pPlane3)
@@ -154,19 +193,25 @@ int32_t ClIpJoinPlanes::Process()
     {
         if (bPresent[i])
         {
-            const int32_t nResult = SelectDataType(out.DataType(), [&](auto tag) {
-                CopyIntoPlane<typename decltype(tag)::Type>(planes[i], out, i);
-                return 0;
-            });
+            const int32_t nResult =
+                SelectDataType(out.DataType(),
+                               [&](auto tag)
+                               {
+                                   CopyIntoPlane<typename decltype(tag)::Type>(planes[i], out, i);
+                                   return 0;
+                               });
             if (nResult != 0)
                 CopyIntoPlaneBytes(planes[i], out, i);
         }
         else if (m_bFillEmptyPlanes)
         {
-            (void)SelectDataType(out.DataType(), [&](auto tag) {
-                FillPlane<typename decltype(tag)::Type>(out, i, m_dInFillcolors[i]);
-                return 0;
-            });
+            (void)SelectDataType(out.DataType(),
+                                 [&](auto tag)
+                                 {
+                                     FillPlane<typename decltype(tag)::Type>(out, i,
+                                                                             m_dInFillcolors[i]);
+                                     return 0;
+                                 });
         }
     }
     return 0;

@@ -11,7 +11,9 @@ public:
 
     ClIpJoinPlanes();
 
+    void DescribeInterface(ClParameterInterface& list) override;
     void SetDefaults() override;
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpJoinPlanes"; }
     int32_t Process() override;

@@ -1,6 +1,10 @@
 #include "operators/IpSplitPlanes.h"
 
+#include <cstdio>
+
 #include "image/SampleTraits.h"
+#include "parameters/ParameterContainer.h"
+#include "parameters/ParameterInterface.h"
 #include "sdk/Exception.h"
 
 namespace
@@ -8,8 +12,7 @@ namespace
 
 // Copies every nPlanes-th sample of the source, starting at plane nPlane,
 // into the one-plane target.
-template <typename T>
-void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
+template <typename T> void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
 {
     const uint32_t nPlanes = source.Planes();
     const int32_t nWidth = source.Width();
@@ -24,7 +27,28 @@ void CopyPlane(const ClImage& source, uint32_t nPlane, ClImage& target)
 
 } // namespace
 
-ClProcessorBase* ClIpSplitPlanes::NewInstance() const { return NewProcessor<ClIpSplitPlanes>(); }
+void ClIpSplitPlanes::DescribeInterface(ClParameterInterface& list)
+{
+    list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
+}
+
+void ClIpSplitPlanes::DefineParameters(ClParameterContainer& container)
+{
+    ClProcessorBase::DefineParameters(container);
+    container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
+    for (uint32_t p = 0; p < kMaxPlanes; ++p)
+    {
+        char szName[32];
+        std::snprintf(szName, sizeof(szName), "pOutPlane[%u]", p);
+        container.AddImage(szName)->Bind(m_pOutPlane[p],
+                                         ClParameter::eFlagOutput | ClParameter::eFlagOptional);
+    }
+}
+
+ClProcessorBase* ClIpSplitPlanes::NewInstance() const
+{
+    return NewProcessor<ClIpSplitPlanes>();
+}
 
 int32_t ClIpSplitPlanes::Run(ClImage* pIn, ClImage* pPlane0, ClImage* pPlane1, ClImage* pPlane2,
                              ClImage* pPlane3)
@@ -55,13 +79,15 @@ int32_t ClIpSplitPlanes::Process()
         if (pTarget == nullptr)
             continue;
         // An unknown sample type is skipped without a message.
-        (void)SelectDataType(source.DataType(), [&](auto tag) {
-            using T = typename decltype(tag)::Type;
-            pTarget->Create(source.DataType(), source.Width(), source.Height(), 1,
-                            source.XResolution(), source.YResolution());
-            CopyPlane<T>(source, p, *pTarget);
-            return 0;
-        });
+        (void)SelectDataType(source.DataType(),
+                             [&](auto tag)
+                             {
+                                 using T = typename decltype(tag)::Type;
+                                 pTarget->Create(source.DataType(), source.Width(), source.Height(),
+                                                 1, source.XResolution(), source.YResolution());
+                                 CopyPlane<T>(source, p, *pTarget);
+                                 return 0;
+                             });
     }
     return 0;
 }

@@ -11,6 +11,8 @@ public:
 
     ClIpSplitPlanes() = default;
 
+    void DescribeInterface(ClParameterInterface& list) override;
+    void DefineParameters(ClParameterContainer& container) override;
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpSplitPlanes"; }
     int32_t Process() override;

@@ -54,10 +54,13 @@ TEST(IpSplitJoinPlanes, RoundTripOfEveryTypeAndPlaneCount)
         for (uint32_t nPlanes = 1; nPlanes <= 4; ++nPlanes)
         {
             SCOPED_TRACE(ClImage::TypeText(eType));
-            (void)SelectDataType(eType, [&](auto tag) {
-                CheckSplitJoinRoundTrip<typename decltype(tag)::Type>(eType, nPlanes);
-                return 0;
-            });
+            (void)SelectDataType(eType,
+                                 [&](auto tag)
+                                 {
+                                     CheckSplitJoinRoundTrip<typename decltype(tag)::Type>(eType,
+                                                                                           nPlanes);
+                                     return 0;
+                                 });
         }
     }
 }

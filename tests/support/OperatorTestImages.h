@@ -35,7 +35,10 @@ template <typename T> T At(const ClImage& image, int32_t x, int32_t y, uint32_t 
 }
 
 // Equality of two samples bit for bit, so that NaNs of the same pattern agree.
-template <typename T> bool BitEqual(T a, T b) { return std::memcmp(&a, &b, sizeof(T)) == 0; }
+template <typename T> bool BitEqual(T a, T b)
+{
+    return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
 
 // A sample value spread over the whole range of an integer type, or over
 // [-dSpread, dSpread] for floating types.
@@ -49,7 +52,7 @@ template <typename T> T RandomSample(std::mt19937& rng, double dSpread = 1000.0)
     else
     {
         std::uniform_int_distribution<int64_t> dist(std::numeric_limits<T>::min(),
-                                                     std::numeric_limits<T>::max());
+                                                    std::numeric_limits<T>::max());
         return static_cast<T>(dist(rng));
     }
 }
@@ -60,16 +63,19 @@ inline void FillRandom(ClImage& image, uint32_t nSeed, double dSpread = 1000.0)
 {
     std::mt19937 rng(nSeed);
     std::memset(image.Data(), 0xA5, static_cast<size_t>(image.ByteSize()));
-    (void)SelectDataType(image.DataType(), [&](auto tag) {
-        using T = typename decltype(tag)::Type;
-        for (int32_t y = 0; y < image.Height(); ++y)
-        {
-            T* pRow = image.Row<T>(y);
-            for (int64_t i = 0; i < static_cast<int64_t>(image.Width()) * image.Planes(); ++i)
-                pRow[i] = RandomSample<T>(rng, dSpread);
-        }
-        return 0;
-    });
+    (void)SelectDataType(image.DataType(),
+                         [&](auto tag)
+                         {
+                             using T = typename decltype(tag)::Type;
+                             for (int32_t y = 0; y < image.Height(); ++y)
+                             {
+                                 T* pRow = image.Row<T>(y);
+                                 for (int64_t i = 0;
+                                      i < static_cast<int64_t>(image.Width()) * image.Planes(); ++i)
+                                     pRow[i] = RandomSample<T>(rng, dSpread);
+                             }
+                             return 0;
+                         });
 }
 
 inline ClImage RandomImage(ClImage::EDataType eType, int32_t nWidth, int32_t nHeight,
