@@ -11,14 +11,15 @@
 TEST(Stream, ValuesInHostOrderOrSwapped)
 {
     ClMemoryStream stream;
-    EXPECT_EQ(stream.WriteValue<uint8_t>(0xAB), 1u);
-    EXPECT_EQ(stream.WriteValue<int16_t>(-2), 2u);
-    EXPECT_EQ(stream.WriteValue<uint32_t>(0x01020304u), 4u);
-    EXPECT_EQ(stream.WriteValue(1.5f), 4u);
+    stream.WriteValue<uint8_t>(0xAB);
+    stream.WriteValue<int16_t>(-2);
+    stream.WriteValue<uint32_t>(0x01020304u);
+    stream.WriteValue(1.5f);
     EXPECT_EQ(stream.WriteValue(-0.1), 8u);
     // Little-endian host: the low byte first.
     EXPECT_EQ(Bytes(stream.m_Bytes.begin(), stream.m_Bytes.begin() + 7),
               (Bytes{0xAB, 0xFE, 0xFF, 0x04, 0x03, 0x02, 0x01}));
+    EXPECT_EQ(stream.m_Bytes.size(), 19u);
     uint8_t n8 = 0;
     int16_t n16 = 0;
     uint32_t n32 = 0;

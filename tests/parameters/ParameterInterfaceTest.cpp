@@ -77,30 +77,18 @@ TEST(ParameterInterface, AutomaticLimitsAroundTheCurrentValue)
 TEST(ParameterInterface, SaveWritesTheFixedLayout)
 {
     uint8_t nByte = 0x2A;
-    int16_t nShort = -2;
-    ClImage* pImage = nullptr;
     ClParameterInterface list;
     Record& byte = list.Add(nByte, "n", "", eOut, 1.0, 9.0);
     byte.SetFlags(3, 4);
     ClMemoryStream stream;
     byte.Save(stream);
+    // Name, direction, unlimited mark, lower, upper, default, flags, kind, value.
     Bytes expected{2, 0, 0, 0, 'n', 0, 1, 0};
-    for (double d : {1.0, 9.0, 42.0})
-    {
-        const uint8_t* p = reinterpret_cast<const uint8_t*>(&d);
-        expected.insert(expected.end(), p, p + 8);
-    }
+    const double doubles[] = {1.0, 9.0, 42.0};
+    expected.resize(expected.size() + sizeof(doubles));
+    std::memcpy(expected.data() + 8, doubles, sizeof(doubles));
     expected.insert(expected.end(), {3, 4, 0, 0x2A});
     EXPECT_EQ(stream.m_Bytes, expected);
-
-    stream.m_Bytes.clear();
-    list.Add(nShort, "s", "", eIn, 0, 0).Save(stream); // unlimited, kind 1, two bytes
-    ASSERT_EQ(stream.m_Bytes.size(), kRecordBytes + 2);
-    EXPECT_EQ(stream.m_Bytes[7], 1);
-    EXPECT_EQ(Bytes(stream.m_Bytes.end() - 3, stream.m_Bytes.end()), (Bytes{1, 0xFE, 0xFF}));
-    stream.m_Bytes.clear();
-    list.Add(pImage, "p", "", eIn).Save(stream);
-    EXPECT_EQ(stream.m_Bytes.size(), kRecordBytes); // no value for an image
 }
 
 TEST(ParameterInterface, LoadRestoresOnlyARecordOfTheSameName)
