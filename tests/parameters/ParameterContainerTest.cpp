@@ -1,11 +1,12 @@
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "parameters/ParameterContainer.h"
-#include "ThrowsCode.h"
+#include "ParameterTestSupport.h"
 
 namespace
 {
@@ -16,250 +17,146 @@ std::vector<std::string> g_Destroyed;
 class ClProbe : public TpParameter<int>
 {
 public:
-    ~ClProbe() override { g_Destroyed.push_back(GetName() != nullptr ? GetName() : ""); }
+    ~ClProbe() override { g_Destroyed.push_back(GetName()); }
 };
 
 // Root "A" holding the int "B" and the container "C", which holds the int "D".
 struct Tree
 {
-    int nB = 1;
-    int nD = 2;
-    ClParameterContainer root{"A"};
-    ClParameterContainer* pC = nullptr;
-    ClParameter* pB = nullptr;
-    ClParameter* pD = nullptr;
-
     Tree()
     {
-        root.AddInt("B")->Bind(nB);
-        pC = new ClParameterContainer();
+        root.AddChild("B", b.Clone());
         root.AddChild("C", pC);
-        pC->AddInt("D")->Bind(nD);
-        pB = root.FindChild("B");
-        pD = pC->FindChild("D");
+        pC->AddChild("D", d.Clone());
     }
+    TpBound<int> b{1}, d{2};
+    ClParameterContainer root{"A"};
+    ClParameterContainer* pC = new ClParameterContainer();
+    ClParameter* B() { return root.GetChild(0); }
+    ClParameter* D() { return pC->GetChild(0); }
 };
 
 } // namespace
 
-TEST(ParameterContainer, ChildrenAreFoundWithoutRegardToCase)
-{
-    ClParameterContainer root;
-    EXPECT_EQ(root.FindChild("x"), nullptr);
-    EXPECT_TRUE(root.IsContainer());
-    EXPECT_EQ(root.GetFlags(), ClParameter::eFlagContainer);
-    EXPECT_EQ(root.GetType(), &typeid(ClParameterContainer));
-
-    int nValue = 0, nOther = 0;
-    TpParameterNumeric<int>* pValue = root.AddInt("nValue");
-    pValue->Bind(nValue);
-    EXPECT_EQ(pValue->GetParent(), &root);
-    EXPECT_EQ(root.FindChild("NVALUE"), pValue);
-    EXPECT_EQ(root.Find("nvalue"), pValue);
-
-    EXPECT_THROWS_CODE(root.AddUnsigned("NValue"), ClExVelmoran, ZRC_ERROR_PARAM_VALUE_DUPLICATE,
-                       nullptr);
-    root.AddInt("abc")->Bind(nOther);
-    EXPECT_THROWS_CODE(root.AddDouble("ABC"), ClExVelmoran, ZRC_ERROR_PARAM_VALUE_DUPLICATE,
-                       nullptr);
-    EXPECT_EQ(root.GetChildCount(), 2u);
-
-    // More children than one growth step, each still found.
-    for (int i = 0; i < 25; ++i)
-        root.AddLong(("l" + std::to_string(i)).c_str());
-    EXPECT_EQ(root.GetChildCount(), 27u);
-    EXPECT_EQ(root.FindChild("L24"), root.GetChild(26));
-    EXPECT_EQ(root.FindChild("abc"), root.GetChild(1));
-}
-
-TEST(ParameterContainer, ChildrenAreDeletedInReverseOrder)
+TEST(ParameterContainer, ChildNamesIgnoreCaseAndStayUnique)
 {
     g_Destroyed.clear();
     {
         ClParameterContainer root;
-        root.AddNew<ClProbe>("first");
-        root.AddNew<ClProbe>("second");
-        root.AddNew<ClProbe>("third");
+        EXPECT_EQ(root.FindChild("x"), nullptr);
+        ClParameter* pFirst = root.AddNew<ClProbe>("first");
+        root.AddNew<ClProbe>("abc");
+        EXPECT_EQ(root.FindChild("FIRST"), pFirst);
         // A refused duplicate is deleted at once.
-        EXPECT_THROWS_CODE(root.AddNew<ClProbe>("FIRST"), ClExVelmoran,
-                           ZRC_ERROR_PARAM_VALUE_DUPLICATE, nullptr);
-        ASSERT_EQ(g_Destroyed.size(), 1u);
-        EXPECT_EQ(g_Destroyed[0], "FIRST");
+        ExpectThrows<ClExVelmoran>([&] { root.AddNew<ClProbe>("ABC"); },
+                                   ZRC_ERROR_PARAM_VALUE_DUPLICATE);
+        ExpectThrows<ClExVelmoran>([&] { root.AddInt("First"); }, ZRC_ERROR_PARAM_VALUE_DUPLICATE);
+        EXPECT_EQ(g_Destroyed, std::vector<std::string>{"ABC"});
+        for (int i = 0; i < 25; ++i) // more children than one growth step
+            root.AddLong(("l" + std::to_string(i)).c_str());
+        EXPECT_EQ(root.FindChild("L24"), root.GetChild(26));
     }
-    EXPECT_EQ(g_Destroyed, (std::vector<std::string>{"FIRST", "third", "second", "first"}));
+    // Children are deleted in reverse order of insertion.
+    EXPECT_EQ(g_Destroyed, (std::vector<std::string>{"ABC", "abc", "first"}));
 }
 
-TEST(ParameterContainer, PathsWithAndWithoutTheRootName)
+TEST(ParameterContainer, Paths)
 {
-    Tree tree;
-    ClParameterContainer& root = tree.root;
-    EXPECT_EQ(root.Find("B"), tree.pB);
-    EXPECT_EQ(root.Find("A.B"), tree.pB);
-    EXPECT_EQ(root.Find(".B"), tree.pB);
-    EXPECT_EQ(root.Find("b"), tree.pB);
-    EXPECT_EQ(root.Find("a.B"), nullptr); // the root's name is compared exactly
-    EXPECT_EQ(root.Find("A"), nullptr);   // the root's name alone addresses nothing
-    EXPECT_EQ(root.Find(""), nullptr);
-    EXPECT_EQ(root.Find(nullptr), nullptr);
-
-    EXPECT_EQ(root.Find("C.D"), tree.pD);
-    EXPECT_EQ(root.Find("A.C.D"), tree.pD);
-    EXPECT_EQ(root.Find("C.X"), nullptr);
-    EXPECT_EQ(root.Find("C.D.E"), tree.pD); // behind a plain parameter the rest is ignored
-    EXPECT_EQ(root.Find("B.anything"), tree.pB);
-    EXPECT_EQ(root.Find("C"), tree.pC);
-    EXPECT_EQ(root.Find("X.D"), nullptr);
-
-    // From a nested container: "." and absolute paths start at the root;
-    // relative paths start here, and the root's name is not stepped over.
-    EXPECT_EQ(tree.pC->Find("."), &root);
-    EXPECT_EQ(tree.pC->Find(".B"), tree.pB);
-    EXPECT_EQ(tree.pC->Find(".C.D"), tree.pD);
-    EXPECT_EQ(tree.pC->Find("D"), tree.pD);
-    EXPECT_EQ(tree.pC->Find("B"), nullptr);
-    EXPECT_EQ(tree.pC->Root(), &root);
-    EXPECT_EQ(root.Find("."), &root);
-
-    tree.pD->SetText("77");
-    EXPECT_EQ(tree.nD, 77);
+    Tree t;
+    // With or without the root's name (compared exactly) in front, absolute
+    // with a leading "."; behind a plain parameter the rest is ignored.
+    // From the nested C, "." and absolute paths start at the root.
+    const std::tuple<ClParameterContainer*, const char*, ClParameter*> cases[] = {
+        {&t.root, "B", t.B()},     {&t.root, "A.B", t.B()},     {&t.root, ".B", t.B()},
+        {&t.root, "b", t.B()},     {&t.root, "a.B", nullptr},   {&t.root, "A", nullptr},
+        {&t.root, "", nullptr},    {&t.root, nullptr, nullptr}, {&t.root, "C", t.pC},
+        {&t.root, "C.D", t.D()},   {&t.root, "A.C.D", t.D()},   {&t.root, "C.X", nullptr},
+        {&t.root, "X.D", nullptr}, {&t.root, "C.D.E", t.D()},   {&t.root, ".", &t.root},
+        {t.pC, ".", &t.root},      {t.pC, ".C.D", t.D()},       {t.pC, "D", t.D()},
+        {t.pC, "B", nullptr}};
+    for (const auto& [pStart, szPath, pExpected] : cases)
+    {
+        SCOPED_TRACE(szPath != nullptr ? szPath : "null");
+        EXPECT_EQ(pStart->Find(szPath), pExpected);
+    }
 }
 
 TEST(ParameterContainer, PathPartLengthLimit)
 {
     ClParameterContainer root;
-    const std::string s254(254, 'p');
-    const std::string s255(255, 'q');
-    const std::string s300(300, 'r');
+    const std::string s254(254, 'p'), s255(255, 'q'), s300(300, 'r');
     ClParameterContainer* pSub = new ClParameterContainer();
     root.AddChild(s254.c_str(), pSub);
-    pSub->AddInt(s254.c_str());
+    ClParameter* pLeaf = pSub->AddInt(s254.c_str());
     root.AddInt(s255.c_str());
     root.AddInt(s300.c_str());
-
-    EXPECT_EQ(root.Find(s254.c_str()), pSub);
-    EXPECT_EQ(root.Find((s254 + "." + s254).c_str()), pSub->GetChild(0));
-    EXPECT_THROWS_CODE(root.Find(s255.c_str()), ClException, ZRC_ERROR_INTERNAL,
-                       "Parameter path part was to long max len is 255");
-    EXPECT_THROWS_CODE(root.Find((s255 + ".x").c_str()), ClException, ZRC_ERROR_INTERNAL,
-                       "Parameter path part was to long max len is 255");
-    EXPECT_THROWS_CODE(root.Find((s254 + "." + s255).c_str()), ClException, ZRC_ERROR_INTERNAL,
-                       "Parameter path part was to long max len is 255");
+    EXPECT_EQ(root.Find((s254 + "." + s254).c_str()), pLeaf);
     EXPECT_EQ(root.Find(s300.c_str()), nullptr);
     EXPECT_EQ(root.Find((s254 + "." + s300).c_str()), nullptr);
+    for (const std::string& path : {s255, s255 + ".x", s254 + "." + s255})
+        ExpectThrows([&] { root.Find(path.c_str()); }, ZRC_ERROR_INTERNAL,
+                     "Parameter path part was to long max len is 255");
 }
 
-TEST(ParameterContainer, DeepPaths)
-{
-    ClParameterContainer root;
-    ClParameterContainer* pLevel = &root;
-    std::string path;
-    for (int i = 0; i < 40; ++i)
-    {
-        ClParameterContainer* pNext = new ClParameterContainer();
-        const std::string name = "Level" + std::to_string(i);
-        pLevel->AddChild(name.c_str(), pNext);
-        path += name + ".";
-        pLevel = pNext;
-    }
-    int nLeaf = 0;
-    pLevel->AddInt("nLeaf")->Bind(nLeaf);
-    root.Find((path + "nLeaf").c_str())->SetText("5");
-    EXPECT_EQ(nLeaf, 5);
-    EXPECT_EQ(pLevel->Find(("." + path + "NLEAF").c_str()), pLevel->GetChild(0));
-    EXPECT_EQ(pLevel->Root(), &root);
-}
-
-TEST(ParameterContainer, TextOfAContainer)
-{
-    Tree tree;
-    char szBuffer[4] = "XXX";
-    uint32_t nSize = 4;
-    EXPECT_TRUE(tree.root.GetText(szBuffer, nSize));
-    EXPECT_EQ(nSize, 1u);
-    EXPECT_STREQ(szBuffer, "");
-
-    char szOne[2] = "Y";
-    nSize = 1;
-    EXPECT_TRUE(tree.root.GetText(szOne, nSize));
-    EXPECT_EQ(szOne[0], 'Y');
-    nSize = 8;
-    EXPECT_TRUE(tree.root.GetText(nullptr, nSize));
-    EXPECT_EQ(nSize, 1u);
-
-    nSize = 4;
-    EXPECT_FALSE(tree.root.GetDefaultText(szBuffer, nSize));
-    EXPECT_EQ(nSize, 4u);
-    tree.root.SetText("ignored");
-    EXPECT_EQ(tree.nB, 1);
-    EXPECT_EQ(tree.root.GetValuePointer(), &tree.root);
-}
-
-TEST(ParameterContainer, DefaultsAcrossTheTree)
+TEST(ParameterContainer, ValuesAndDefaultsAcrossTheTree)
 {
     EXPECT_TRUE(ClParameterContainer().IsDefault());
-
-    Tree tree;
-    EXPECT_TRUE(tree.root.IsDefault());
-    tree.nD = 9;
-    EXPECT_FALSE(tree.root.IsDefault());
-
-    tree.root.SwapValuesAndDefaults();
-    EXPECT_EQ(tree.nD, 2);
-    EXPECT_EQ(tree.nB, 1);
-    tree.root.SwapValuesAndDefaults();
-    EXPECT_EQ(tree.nD, 9);
-
-    tree.root.ResetValue();
-    EXPECT_EQ(tree.nD, 2);
-    EXPECT_TRUE(tree.root.IsDefault());
+    Tree t;
+    EXPECT_TRUE(t.root.IsDefault());
+    t.d.value = 9;
+    EXPECT_FALSE(t.root.IsDefault());
+    t.root.SwapValuesAndDefaults();
+    EXPECT_EQ(t.d.value, 2);
+    t.root.ResetValue();
+    EXPECT_EQ(t.d.value, 9);
 
     // Matching by index between two trees of one shape.
     Tree other;
-    other.nB = 10;
-    other.nD = 20;
-    tree.root.DefaultFromValue(other.root);
-    EXPECT_FALSE(tree.root.IsDefault());
-    tree.root.ResetValue();
-    EXPECT_EQ(tree.nB, 10);
-    EXPECT_EQ(tree.nD, 20);
-    tree.root.ValueFromDefault(other.root);
-    EXPECT_EQ(tree.nB, 1);
-    tree.root.CopyDefault(other.root);
-    EXPECT_TRUE(tree.root.IsDefault());
+    other.b.value = 10;
+    other.d.value = 20;
+    t.root.DefaultFromValue(other.root);
+    t.root.ResetValue();
+    EXPECT_EQ(t.b.value, 10);
+    EXPECT_EQ(t.d.value, 20);
+    t.root.ValueFromDefault(other.root);
+    EXPECT_EQ(t.d.value, 2);
+    t.root.CopyDefault(other.root);
+    EXPECT_TRUE(t.root.IsDefault());
+    ExpectThrows([&] { t.root.DefaultFromValue(*t.B()); }, ZRC_ERROR_BAD_POINTER,
+                 "pCast is not set");
+    ExpectThrows([&] { t.root.ValueFromDefault(*t.B()); }, ZRC_ERROR_BAD_POINTER,
+                 "pCast is not set");
 
-    EXPECT_THROWS_CODE(tree.root.DefaultFromValue(*tree.pB), ClException, ZRC_ERROR_BAD_POINTER,
-                       "pCast is not set");
-    EXPECT_THROWS_CODE(tree.root.ValueFromDefault(*tree.pB), ClException, ZRC_ERROR_BAD_POINTER,
-                       "pCast is not set");
-    EXPECT_THROWS_CODE(tree.root.CopyTo(*tree.pB), ClException, ZRC_ERROR_BAD_POINTER,
-                       "pCast is not set");
+    // The text of a container is empty; setting it does nothing.
+    char szBuffer[4] = "XXX";
+    uint32_t nSize = 1;
+    EXPECT_TRUE(t.root.GetText(szBuffer, nSize));
+    EXPECT_EQ(szBuffer[0], 'X');
+    EXPECT_EQ(Text(t.root), "");
+    EXPECT_FALSE(t.root.GetDefaultText(szBuffer, nSize));
+    t.root.SetText("ignored");
+    EXPECT_EQ(t.b.value, 1);
 }
 
 TEST(ParameterContainer, CloneCopiesTheWholeTree)
 {
-    Tree tree;
-    std::unique_ptr<ClParameter> pClone(tree.root.Clone());
+    Tree t;
+    std::unique_ptr<ClParameter> pClone(t.root.Clone());
     ClParameterContainer* pCopy = pClone->AsContainer();
-    ASSERT_NE(pCopy, nullptr);
-    EXPECT_STREQ(pCopy->GetName(), "A");
-    ASSERT_EQ(pCopy->GetChildCount(), 2u);
-
     ClParameter* pD = pCopy->Find("A.C.D");
     ASSERT_NE(pD, nullptr);
-    EXPECT_NE(pD, tree.pD);
-    EXPECT_EQ(pD->GetParent()->GetParent(), pCopy);
-    EXPECT_EQ(pCopy->Find(".C")->AsContainer()->Root(), pCopy);
+    EXPECT_NE(pD, t.D());
+    EXPECT_EQ(pCopy->Find(".C")->AsContainer()->Find("."), pCopy);
+    pD->SetText("123"); // the copies stand for the same members
+    EXPECT_EQ(t.d.value, 123);
 
-    // The copies stand for the same members.
-    pD->SetText("123");
-    EXPECT_EQ(tree.nD, 123);
-    EXPECT_FALSE(pCopy->IsDefault());
-
-    // Copying into an existing container replaces its children.
+    // Copying into an existing container replaces its children; a plain
+    // parameter is no target.
     ClParameterContainer target("T");
     target.AddInt("old");
-    tree.root.CopyTo(target);
+    t.root.CopyTo(target);
     EXPECT_STREQ(target.GetName(), "A");
     EXPECT_EQ(target.FindChild("old"), nullptr);
     EXPECT_NE(target.Find("C.D"), nullptr);
+    ExpectThrows([&] { t.root.CopyTo(*t.B()); }, ZRC_ERROR_BAD_POINTER, "pCast is not set");
 }

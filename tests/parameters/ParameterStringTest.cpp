@@ -1,10 +1,9 @@
-#include <cstring>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "parameters/ParameterContainer.h"
-#include "ThrowsCode.h"
+#include "ParameterTestSupport.h"
 
 TEST(ParameterString, SetTextCopiesIntoTheBoundBuffer)
 {
@@ -13,23 +12,25 @@ TEST(ParameterString, SetTextCopiesIntoTheBoundBuffer)
     ClParameterContainer root;
     TpParameterString<char*, ClParameter, 0>* pString = root.AddString("Version");
     pString->Bind(szMember, sizeof(szBuffer), ClParameter::eFlagOutput);
-    EXPECT_TRUE(pString->IsString());
-    EXPECT_EQ(pString->GetCapacity(), 6u);
-    EXPECT_EQ(pString->GetFlags(), ClParameter::eFlagOutput);
-
     pString->SetText("hello"); // five letters and the terminator fill the buffer
     EXPECT_STREQ(szBuffer, "hello");
-    EXPECT_THROWS_CODE(pString->SetText("hello!"), ClException, ZRC_ERROR_TEMPLATE_SIZE,
-                       "String memeory ar too small");
-    EXPECT_THROWS_CODE(pString->SetText(nullptr), ClException, ZRC_ERROR_BAD_POINTER,
-                       "Point is Null");
+    ExpectThrows([&] { pString->SetText("hello!"); }, ZRC_ERROR_TEMPLATE_SIZE,
+                 "String memeory ar too small");
+    ExpectThrows([&] { pString->SetText(nullptr); }, ZRC_ERROR_BAD_POINTER, "Point is Null");
     EXPECT_STREQ(szBuffer, "hello");
-    pString->SetText("");
-    EXPECT_STREQ(szBuffer, "");
+    szMember = nullptr; // a null member is refused rather than written through
+    ExpectThrows([&] { pString->SetText("x"); }, ZRC_ERROR_BAD_POINTER, "Point is Null");
 
-    // A bound pointer that is null is refused rather than written through.
-    szMember = nullptr;
-    EXPECT_THROWS_CODE(pString->SetText("x"), ClException, ZRC_ERROR_BAD_POINTER, "Point is Null");
+    // A capacity fixed by the type, kept by a clone.
+    char szSmall[4] = "";
+    char* szSmallMember = szSmall;
+    TpParameterString<char*, ClParameter, 4> fixed;
+    fixed.Bind(szSmallMember);
+    std::unique_ptr<ClParameter> pCopy(fixed.Clone());
+    ExpectThrows([&] { pCopy->SetText("abcd"); }, ZRC_ERROR_TEMPLATE_SIZE,
+                 "String memeory ar too small");
+    pCopy->SetText("xyz");
+    EXPECT_STREQ(szSmall, "xyz");
 }
 
 TEST(ParameterString, GetTextNeedsRoomForTheTerminator)
@@ -38,50 +39,20 @@ TEST(ParameterString, GetTextNeedsRoomForTheTerminator)
     char* szMember = szVersion;
     TpParameterString<char*, ClParameter, 0> parameter;
     parameter.Bind(szMember, sizeof(szVersion));
-
     char szOut[16] = "XXXXXXXXXXXXXXX";
     uint32_t nSize = 10;
     EXPECT_FALSE(parameter.GetText(szOut, nSize));
     EXPECT_EQ(nSize, 11u);
     EXPECT_STREQ(szOut, "XXXXXXXXXXXXXXX");
+    EXPECT_EQ(Text(parameter), "2.0.1012.0");
+    EXPECT_EQ(Text(parameter, true), "2.0.1012.0");
 
-    nSize = 11;
-    EXPECT_TRUE(parameter.GetText(szOut, nSize));
-    EXPECT_STREQ(szOut, "2.0.1012.0");
-    EXPECT_EQ(nSize, 11u);
-
-    // A null buffer that would be written to is an error for the value...
-    nSize = 11;
-    EXPECT_THROWS_CODE(parameter.GetText(nullptr, nSize), ClException, ZRC_ERROR_BAD_POINTER,
-                       "Point is Null");
-    // ...while too small a size only measures.
+    // A null buffer that would be written to is an error for the value, while
+    // too small a size only measures; the default has no null check.
+    ExpectThrows([&] { parameter.GetText(nullptr, nSize); }, ZRC_ERROR_BAD_POINTER,
+                 "Point is Null");
     nSize = 0;
     EXPECT_FALSE(parameter.GetText(nullptr, nSize));
     EXPECT_EQ(nSize, 11u);
-
-    // The default has no null check: it copies whenever the size allows.
-    nSize = 11;
     EXPECT_TRUE(parameter.GetDefaultText(nullptr, nSize));
-    std::memset(szOut, 0, sizeof(szOut));
-    nSize = 16;
-    EXPECT_TRUE(parameter.GetDefaultText(szOut, nSize));
-    EXPECT_STREQ(szOut, "2.0.1012.0");
-    EXPECT_EQ(nSize, 11u);
-}
-
-TEST(ParameterString, CompileTimeCapacityAndClone)
-{
-    char szBuffer[4] = "";
-    char* szMember = szBuffer;
-    TpParameterString<char*, ClParameter, 4> parameter;
-    EXPECT_EQ(parameter.GetCapacity(), 4u);
-    parameter.Bind(szMember);
-    parameter.SetText("abc");
-    EXPECT_STREQ(szBuffer, "abc");
-
-    std::unique_ptr<ClParameter> pCopy(parameter.Clone());
-    EXPECT_THROWS_CODE(pCopy->SetText("abcd"), ClException, ZRC_ERROR_TEMPLATE_SIZE,
-                       "String memeory ar too small");
-    pCopy->SetText("xy");
-    EXPECT_STREQ(szBuffer, "xy");
 }
