@@ -2,21 +2,22 @@
 
 #include <cmath>
 #include <cstdint>
-#include <string>
 #include <initializer_list>
+#include <tuple>
 #include <vector>
 
 #include "classifier/FeatureScaling.h"
 #include "classifier/PrNeuralNet.h"
 #include "classifier/TrainedNeuralNet.h"
 #include "image/ArrayDynamic.h"
-#include "sdk/Exception.h"
+#include "image/ImageTestSupport.h"
 
 using NeuralNet::ClNeuralNetData;
 using NeuralNet::ClPrNeuralNet;
 using NeuralNet::g_FeatureMean;
 using NeuralNet::g_FeatureScale;
 using NeuralNet::NeuralNetLayer;
+using std::make_tuple;
 
 namespace
 {
@@ -25,12 +26,9 @@ namespace
 class ClToyNet : public ClNeuralNetData
 {
 public:
-    explicit ClToyNet(std::vector<NeuralNetLayer> layers) : m_Layers(std::move(layers)) {}
+    ClToyNet(std::initializer_list<NeuralNetLayer> layers) : m_Layers(layers) {}
     const NeuralNetLayer* GetLayer(unsigned int n) const override { return &m_Layers.at(n); }
-    unsigned int GetLayerCount() const override
-    {
-        return static_cast<unsigned int>(m_Layers.size());
-    }
+    unsigned int GetLayerCount() const override { return unsigned(m_Layers.size()); }
 
 private:
     std::vector<NeuralNetLayer> m_Layers;
@@ -49,164 +47,129 @@ public:
     mutable int m_nSizeCalls = 0;
 };
 
-TpArrayStatic<double> Vector(std::initializer_list<double> values)
-{
-    TpArrayStatic<double> v(static_cast<uint32_t>(values.size()));
-    uint32_t i = 0;
-    for (double d : values)
-        v[i++] = d;
-    return v;
-}
-
 double Logistic(double x)
 {
     return 1.0 / (std::exp(-x) + 1.0);
-}
-
-// Runs the evaluator and expects a ClException with this code whose text ends
-// in a line feed and szRemark.
-void ExpectThrows(ClPrNeuralNet& net, int32_t nCode, const char* szRemark)
-{
-    try
-    {
-        net.Run();
-        ADD_FAILURE() << "no exception, expected " << szRemark;
-    }
-    catch (const ClException& e)
-    {
-        EXPECT_EQ(e.GetCode(), nCode);
-        const std::string text = e.GetMessage();
-        const std::string remark = std::string("\n") + szRemark;
-        ASSERT_GE(text.size(), remark.size());
-        EXPECT_EQ(text.substr(text.size() - remark.size()), remark);
-    }
 }
 
 const NeuralNet::ClTrainedNeuralNet g_Trained;
 
 } // namespace
 
+TEST(TrainedNeuralNet, Has42InputsThenLayersOf4And2And1NeuronsStoredNeuronByNeuron)
+{
+    const unsigned int anWidths[] = {42, 4, 2, 1};
+    ASSERT_EQ(g_Trained.GetLayerCount(), 3u);
+    for (unsigned int l = 0; l < 3; ++l)
+        EXPECT_EQ(make_tuple(g_Trained.GetLayer(l)->nInputs, g_Trained.GetLayer(l)->nOutputs),
+                  make_tuple(anWidths[l], anWidths[l + 1]));
+    for (unsigned int nIndex : {3u, 0xFFFFFFFFu})
+        ExpectThrows<ClExVelmoran>([&] { g_Trained.GetLayer(nIndex); }, -35);
+
+    // Weight of input i of neuron o at o * 42 + i; input 38 is dead.
+    const double* pdWeights = g_Trained.GetLayer(0)->pdWeights;
+    EXPECT_EQ(make_tuple(pdWeights[1 * 42 + 0], pdWeights[3 * 42 + 3], pdWeights[2 * 42 + 37],
+                         pdWeights[3 * 42 + 38], g_FeatureMean[38], g_FeatureScale[38]),
+              make_tuple(-0.58653682386241, 3.767709638420699, -0.746795912388893, 0.0, 0.0, 1.0));
+}
+
 TEST(PrNeuralNet, TheMeanFeatureVectorGivesTheOutputOfTheBiasesAlone)
 {
-    TpArrayStatic<double> in(NeuralNet::nFeatureCount);
+    TpArrayStatic<double> in(NeuralNet::nFeatureCount), out;
     for (uint32_t i = 0; i < in.Size(); ++i)
         in[i] = g_FeatureMean[i];
-    TpArrayStatic<double> out;
     ClPrNeuralNet net;
-    net.m_pNetData = &g_Trained;
     net.m_pInFeatures = &in;
     net.m_pOutFeatures = &out;
     net.m_pdMean = g_FeatureMean;
     net.m_pdScale = g_FeatureScale;
 
-    // The reference values are reproduced to the last bit. Three layers: the
-    // result is buffer 1, as long as the input; element 0 is the net output,
-    // elements 1 to 3 still hold outputs of the first layer.
-    EXPECT_EQ(net.Run(), 0);
-    ASSERT_EQ(out.Size(), 42u);
-    EXPECT_EQ(out[0], 0.5545188653296096);
-    EXPECT_EQ(out[1], 0.34261872788038406);
-    EXPECT_EQ(out[2], 0.9223840822143281);
-    EXPECT_EQ(out[3], 0.8467127864601454);
+    // The result is the buffer the last layer wrote, as long as the input: of
+    // three layers buffer 1, whose elements 1 to 3 still hold outputs of the
+    // first layer; of one layer buffer 1; of two buffer 0, which keeps the
+    // standardised inputs (all 0.0) past the second layer's width.
+    const ClToyNet first{*g_Trained.GetLayer(0)},
+        firstTwo{*g_Trained.GetLayer(0), *g_Trained.GetLayer(1)};
+    for (auto [pNet, d0, d1, d2, d3] :
+         {make_tuple<const ClNeuralNetData*>(&g_Trained, 0.5545188653296096, 0.34261872788038406,
+                                             0.9223840822143281, 0.8467127864601454),
+          make_tuple<const ClNeuralNetData*>(&first, 0.2531265515968631, 0.34261872788038406,
+                                             0.9223840822143281, 0.8467127864601454),
+          make_tuple<const ClNeuralNetData*>(&firstTwo, 0.5569533082189524, 0.3869981676885355, 0.0,
+                                             0.0)})
+    {
+        net.m_pNetData = pNet;
+        EXPECT_EQ(net.Run(), 0);
+        ASSERT_EQ(out.Size(), 42u);
+        EXPECT_EQ(make_tuple(out[0], out[1], out[2], out[3]), make_tuple(d0, d1, d2, d3));
+    }
     EXPECT_EQ(in[0], g_FeatureMean[0]);
 
-    // The first layer alone writes buffer 1.
-    ClToyNet first({*g_Trained.GetLayer(0)});
-    net.m_pNetData = &first;
-    EXPECT_EQ(net.Run(), 0);
-    ASSERT_EQ(out.Size(), 42u);
-    EXPECT_EQ(out[0], 0.2531265515968631);
-
-    // The first two write buffer 0, which keeps the standardised inputs
-    // (all 0.0) past the layer's width.
-    ClToyNet firstTwo({*g_Trained.GetLayer(0), *g_Trained.GetLayer(1)});
-    net.m_pNetData = &firstTwo;
-    EXPECT_EQ(net.Run(), 0);
-    ASSERT_EQ(out.Size(), 42u);
-    EXPECT_EQ(out[0], 0.5569533082189524);
-    EXPECT_EQ(out[1], 0.3869981676885355);
-    EXPECT_EQ(out[2], 0.0);
-
-    // With only one of the two tables the raw features reach the net.
+    // With only one of the two tables the raw features reach the net. The
+    // result is sized through the vector's own Resize.
     TpArrayDynamic<double, 8> raw;
     net.m_pNetData = &g_Trained;
     net.m_pOutFeatures = &raw;
-    net.m_pdMean = nullptr;
     net.m_pdScale = nullptr;
     net.Run();
-    ASSERT_EQ(raw.Size(), 42u);
-    const double dRawOutput = raw[0];
-    EXPECT_NE(dRawOutput, 0.5545188653296096);
-    net.m_pdMean = g_FeatureMean;
-    net.Run();
-    EXPECT_EQ(raw[0], dRawOutput);
+    const double dRaw = raw[0];
     net.m_pdMean = nullptr;
+    net.Run();
+    EXPECT_EQ(make_tuple(raw.Size(), raw[0]), make_tuple(42u, dRaw));
     net.m_pdScale = g_FeatureScale;
     net.Run();
-    EXPECT_EQ(raw[0], dRawOutput);
+    EXPECT_EQ(raw[0], dRaw);
+    EXPECT_NE(dRaw, 0.5545188653296096);
 }
 
-TEST(PrNeuralNet, RefusesAVectorThatIsNotAsLongAsTheFirstLayerAndKeepsTheOutput)
-{
-    for (uint32_t nSize : {41u, 43u})
-    {
-        TpArrayStatic<double> in(nSize);
-        for (uint32_t i = 0; i < nSize; ++i)
-            in[i] = 0.5;
-        TpArrayStatic<double> out = Vector({7.0, 8.0});
-        ClPrNeuralNet net;
-        net.m_pNetData = &g_Trained;
-        net.m_pInFeatures = &in;
-        net.m_pOutFeatures = &out;
-        ExpectThrows(net, ZRC_ERROR_INVALID_PARAMETER, "neural net error\n");
-        ASSERT_EQ(out.Size(), 2u);
-        EXPECT_EQ(out[0], 7.0);
-        EXPECT_EQ(out[1], 8.0);
-    }
-}
-
-TEST(PrNeuralNet, InitChecksTheFieldsInOrderBeforeTouchingTheInput)
+TEST(PrNeuralNet, InitChecksTheFieldsInOrderAndAMisfitVectorKeepsTheOutput)
 {
     ClCountingArray in(42);
-    TpArrayStatic<double> out = Vector({1.0});
-    ClToyNet empty({});
+    TpArrayStatic<double> out(1);
+    out[0] = 7.0;
+    const ClToyNet empty{};
     ClPrNeuralNet net;
-    ExpectThrows(net, ZRC_ERROR_PARAM_IS_MISSING, "Neuronal net has not net data");
+    ExpectThrows([&] { net.Run(); }, -37, "Neuronal net has not net data");
     net.m_pInFeatures = &in;
     net.m_pOutFeatures = &out;
-    ExpectThrows(net, ZRC_ERROR_PARAM_IS_MISSING, "Neuronal net has not net data");
-
+    ExpectThrows([&] { net.Run(); }, -37, "Neuronal net has not net data");
     net.m_pNetData = &empty;
-    ExpectThrows(net, ZRC_ERROR_INVALID_PARAMETER, "Neuronal net has no layer");
+    ExpectThrows([&] { net.Run(); }, -44, "Neuronal net has no layer");
     net.m_pNetData = &g_Trained;
     net.m_pInFeatures = nullptr;
-    ExpectThrows(net, ZRC_ERROR_PARAM_IS_MISSING, "Inputfeatures are not set");
+    ExpectThrows([&] { net.Run(); }, -37, "Inputfeatures are not set");
     net.m_pInFeatures = &in;
     net.m_pOutFeatures = nullptr;
-    ExpectThrows(net, ZRC_ERROR_PARAM_IS_MISSING, "Outputfeatures are not set");
-
+    ExpectThrows([&] { net.Run(); }, -37, "Outputfeatures are not set");
     // Nothing was read from the input, so nothing was sized or allocated.
     EXPECT_EQ(in.m_nSizeCalls, 0);
-    EXPECT_EQ(out[0], 1.0);
+
+    net.m_pOutFeatures = &out;
+    for (uint32_t nSize : {41u, 43u})
+    {
+        TpArrayStatic<double> misfit(nSize);
+        for (uint32_t i = 0; i < nSize; ++i)
+            misfit[i] = 0.5;
+        net.m_pInFeatures = &misfit;
+        ExpectThrows([&] { net.Run(); }, -44, "neural net error\n");
+        EXPECT_EQ(make_tuple(out.Size(), out[0]), make_tuple(1u, 7.0));
+    }
 }
 
 TEST(PrNeuralNet, ProjectsTheInputAndSizesTheResultByItsBuffer)
 {
     // Three raw inputs onto two columns; column j of input i is entry i * 2 + j.
     const double adProjection[6] = {1.0, 10.0, 2.0, 20.0, 3.0, 30.0};
-    const TpArrayStatic<double> in = Vector({0.5, -0.25, 0.125});
+    TpArrayStatic<double> in(3), out;
+    in[0] = 0.5, in[1] = -0.25, in[2] = 0.125;
     const double dColumn0 = 0.375; // 0.5 * 1 - 0.25 * 2 + 0.125 * 3
     const double dColumn1 = 3.75;  // 0.5 * 10 - 0.25 * 20 + 0.125 * 30
 
     // Neuron 0 weighs the two columns by (1, 2), neuron 1 by (3, 4).
-    const double adBias[2] = {0.5, -1.0};
-    const double adWeights[4] = {1.0, 2.0, 3.0, 4.0};
-    const double adBiasLast[1] = {0.0};
-    const double adWeightLast[1] = {1.0};
-    ClToyNet oneLayer({{2, 2, adBias, adWeights}});
-    ClToyNet twoLayers({{2, 2, adBias, adWeights}, {1, 1, adBiasLast, adWeightLast}});
-
-    TpArrayStatic<double> out;
+    const double adBias[2] = {0.5, -1.0}, adWeights[4] = {1.0, 2.0, 3.0, 4.0}, dZero = 0, dOne = 1;
+    const ClToyNet oneLayer{{2, 2, adBias, adWeights}},
+        twoLayers{{2, 2, adBias, adWeights}, {1, 1, &dZero, &dOne}};
+    const double dNeuron0 = Logistic(0.5 + dColumn0 * 1.0 + dColumn1 * 2.0);
     ClPrNeuralNet net;
     net.m_pInFeatures = &in;
     net.m_pOutFeatures = &out;
@@ -217,19 +180,17 @@ TEST(PrNeuralNet, ProjectsTheInputAndSizesTheResultByItsBuffer)
     net.m_pNetData = &oneLayer;
     EXPECT_EQ(net.Run(), 0);
     ASSERT_EQ(out.Size(), 3u);
-    EXPECT_EQ(out[0], Logistic(0.5 + dColumn0 * 1.0 + dColumn1 * 2.0));
-    EXPECT_EQ(out[1], Logistic(-1.0 + dColumn0 * 3.0 + dColumn1 * 4.0));
-
+    EXPECT_EQ(make_tuple(out[0], out[1]),
+              make_tuple(dNeuron0, Logistic(-1.0 + dColumn0 * 3.0 + dColumn1 * 4.0)));
     // Two layers: buffer 0, as long as the projection; its element 1 still
     // holds the second column.
     net.m_pNetData = &twoLayers;
     EXPECT_EQ(net.Run(), 0);
     ASSERT_EQ(out.Size(), 2u);
-    EXPECT_EQ(out[0], Logistic(Logistic(0.5 + dColumn0 * 1.0 + dColumn1 * 2.0)));
-    EXPECT_EQ(out[1], dColumn1);
+    EXPECT_EQ(make_tuple(out[0], out[1]), make_tuple(Logistic(dNeuron0), dColumn1));
 
     // A projection size of 0 means none: three raw inputs meet a 2-input layer.
     net.m_nProjectionSize = 0;
     net.m_pNetData = &oneLayer;
-    ExpectThrows(net, ZRC_ERROR_INVALID_PARAMETER, "neural net error\n");
+    ExpectThrows([&] { net.Run(); }, -44, "neural net error\n");
 }

@@ -2,172 +2,176 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <set>
+#include <tuple>
 
 #include "classifier/RateTables.h"
 #include "classifier/ScoreMapping.h"
-#include "sdk/Exception.h"
+#include "image/ImageTestSupport.h"
 
 using NeuralNet::FarTable;
 using NeuralNet::FrrTable;
 using NeuralNet::nRateTableSize;
-using NeuralNet::QueryByFAR;
-using NeuralNet::QueryByFRR;
-using NeuralNet::QueryByScore;
 using NeuralNet::ScoreOfNetOutput;
+using std::make_tuple;
 
 namespace
 {
+
+// The net output of a feature vector equal to the mean table.
+constexpr double kMeanOutput = 0.5545188653296096;
 
 double RowScore(int32_t k)
 {
     return 100.0 * FrrTable[k] / (FrrTable[k] + FarTable[k]);
 }
 
+bool IsWholeMultiple(double dValue, double dDenominator)
+{
+    const double dCount = dValue * dDenominator;
+    return std::fabs(dCount - std::round(dCount)) < 1e-9;
+}
+
 // The rates that the score query interpolates at net output x.
-void InterpolatedRates(double x, double& dFar, double& dFrr)
+std::tuple<double, double> InterpolatedRates(double x)
 {
-    const double p = x * 999;
-    const int32_t k = static_cast<int32_t>(p);
-    const double t = p - k;
-    dFar = FarTable[k] * (1 - t) + FarTable[k + 1] * t;
-    dFrr = FrrTable[k] * (1 - t) + FrrTable[k + 1] * t;
+    const int32_t k = static_cast<int32_t>(x * 999);
+    const double t = x * 999 - k;
+    return {FarTable[k] * (1 - t) + FarTable[k + 1] * t,
+            FrrTable[k] * (1 - t) + FrrTable[k + 1] * t};
 }
 
-void ExpectOutOfRange(double dNetOutput)
+// A query's three results: score, FAR, FRR.
+template <typename Query> std::tuple<double, double, double> Ask(Query query, double dTarget)
 {
-    try
-    {
-        ScoreOfNetOutput(dNetOutput);
-        ADD_FAILURE() << "no exception for " << dNetOutput;
-    }
-    catch (const ClException& e)
-    {
-        EXPECT_EQ(e.GetCode(), ZRC_ERROR_INTERNAL);
-        const char* szRemark = std::strrchr(e.GetMessage(), '\n');
-        ASSERT_NE(szRemark, nullptr);
-        EXPECT_STREQ(szRemark + 1, "Score out of range");
-    }
+    double dScore = -1.0, dFar = -1.0, dFrr = -1.0;
+    query(dTarget, dScore, dFar, dFrr);
+    return {dScore, dFar, dFrr};
 }
-
-// Rows where k / 999.0 * 999.0 truncates to k - 1.
-const std::set<int32_t> kRowsReadBackOneLower = {63, 126, 252, 504, 509};
 
 } // namespace
 
-TEST(ScoreOfNetOutput, MapsTheEndsOfTheRangeToZeroAndHundred)
+TEST(RateTables, KeepTheMeasuredRowsAndRiseAlmostLinearlyInScore)
 {
-    EXPECT_EQ(ScoreOfNetOutput(0.0), 0.0);
-    EXPECT_DOUBLE_EQ(ScoreOfNetOutput(1.0), 100.0);
+    // The rows measured on the evaluation set, as published with the net.
+    // clang-format off
+    const double adGiven[][3] = {
+        {0, 0.813072075801481, 0.0}, {1, 0.719654109746562, 0.000798828385035},
+        {2, 0.662343038498689, 0.001331380641725}, {5, 0.506140471919415, 0.002795899347623},
+        {10, 0.420909801757049, 0.004393556117694}, {25, 0.338070925900373, 0.008787112235388},
+        {50, 0.272756542937307, 0.014378910930635}, {100, 0.207442159974242, 0.023166023166023},
+        {200, 0.153764776229244, 0.038476900545866}, {300, 0.123361390920381, 0.052855811476501},
+        {400, 0.101375281725772, 0.067234722407136}, {500, 0.082930867945357, 0.082678737851152},
+        {600, 0.068810082332919, 0.102116895220343}, {700, 0.056391150361069, 0.130075888696578},
+        {800, 0.042316360792972, 0.166156304087339}, {900, 0.027275654293731, 0.235521235521236},
+        {950, 0.01720252058323, 0.31154307016376}, {975, 0.010211121843521, 0.389295699640527},
+        {990, 0.005381537187802, 0.506324058048196}, {995, 0.003127731015133, 0.577819198508854},
+        {998, 0.001747849684927, 0.685394754360272}, {999, 0.0, 0.856077752629477},
+    };
+    // clang-format on
+    ASSERT_EQ(nRateTableSize, 1000);
+    for (const auto& row : adGiven)
+        EXPECT_EQ(make_tuple(FarTable[int(row[0])], FrrTable[int(row[0])]),
+                  make_tuple(row[1], row[2]))
+            << "row " << row[0];
+
+    // Every rate is a count over the evaluation set; FAR never rises, FRR and
+    // the score never fall; rows 499 and 500 hold the nearest rates.
+    const double dNearest = std::fabs(FarTable[500] - FrrTable[500]);
+    for (int32_t k = 0; k < nRateTableSize; ++k)
+    {
+        SCOPED_TRACE(k);
+        EXPECT_TRUE(IsWholeMultiple(FarTable[k], 21741.0) && IsWholeMultiple(FrrTable[k], 7511.0));
+        EXPECT_TRUE(FarTable[k] > 0.0 || FrrTable[k] > 0.0);
+        EXPECT_TRUE(FarTable[k] >= 0.0 && FrrTable[k] <= 1.0);
+        EXPECT_NEAR(RowScore(k), 100.0 * k / 999.0, 0.77);
+        if (k > 0)
+        {
+            EXPECT_LE(FarTable[k], FarTable[k - 1]);
+            EXPECT_GE(FrrTable[k], FrrTable[k - 1]);
+            EXPECT_GE(RowScore(k), RowScore(k - 1));
+        }
+        EXPECT_TRUE(k == 499 || k == 500 || std::fabs(FarTable[k] - FrrTable[k]) > dNearest);
+    }
+    EXPECT_EQ(std::fabs(FarTable[499] - FrrTable[499]), dNearest);
+    for (int32_t k : {499, 500})
+        EXPECT_TRUE(std::fabs(FarTable[k] - 0.0829) < 5e-5 &&
+                    std::fabs(FrrTable[k] - 0.0827) < 5e-5);
+    // Score 50, the point of equal error, lies between rows 500 and 501.
+    EXPECT_TRUE(RowScore(500) < 50.0 && RowScore(501) > 50.0);
 }
 
-TEST(ScoreOfNetOutput, TruncatesTheOutputToARow)
+TEST(ScoreOfNetOutput, TruncatesTheOutputToARowAndRefusesOutputsOutsideZeroToOne)
 {
+    // The last row's score, evaluated left to right, is one unit in the last
+    // place above 100.
+    EXPECT_EQ(ScoreOfNetOutput(0.0), 0.0);
+    EXPECT_DOUBLE_EQ(ScoreOfNetOutput(1.0), 100.0);
     EXPECT_EQ(ScoreOfNetOutput(0.5), RowScore(499));
+    // The mean feature vector's output lies in row 553, score 55.124.
+    EXPECT_EQ(ScoreOfNetOutput(kMeanOutput), RowScore(553));
+    EXPECT_EQ(std::round(RowScore(553) * 1000.0), 55124.0);
     for (int32_t k = 0; k < 999; ++k)
     {
         // Anywhere inside row k, even just below the start of row k + 1.
         EXPECT_EQ(ScoreOfNetOutput((k + 0.5) / 999.0), RowScore(k)) << "row " << k;
         EXPECT_EQ(ScoreOfNetOutput((k + 0.999) / 999.0), RowScore(k)) << "row " << k;
     }
-    EXPECT_EQ(ScoreOfNetOutput(0.5545188653296096), RowScore(553));
-}
-
-TEST(ScoreOfNetOutput, RejectsOutputsOutsideZeroToOneButLetsNaNThrough)
-{
-    ExpectOutOfRange(-0.000001);
-    ExpectOutOfRange(1.000001);
+    for (double dOutput : {-0.000001, 1.000001})
+        ExpectThrows([&] { ScoreOfNetOutput(dOutput); }, -101, "Score out of range");
     EXPECT_EQ(ScoreOfNetOutput(std::numeric_limits<double>::quiet_NaN()), 0.0);
 }
 
-TEST(QueryByScore, FiftySettlesJustBelowRow501AndInterpolatesTheRates)
+TEST(QueryByScore, BisectsToTheTargetAndInterpolatesTheRates)
 {
-    double dScore = -1.0, dFar = -1.0, dFrr = -1.0;
-    QueryByScore(50.0, dScore, dFar, dFrr);
-    EXPECT_EQ(dScore, 50.0);
-
-    // The bisection ends at x = 0.501495361328125: row 500, t about 0.994.
+    // 50 settles at x = 0.501495361328125: row 500, t about 0.994; the score
+    // read back is the target itself.
     const double x = 0.501495361328125;
     EXPECT_EQ(static_cast<int32_t>(x * 999), 500);
     EXPECT_NEAR(x * 999 - 500, 0.994, 0.0005);
-    double dExpectedFar, dExpectedFrr;
-    InterpolatedRates(x, dExpectedFar, dExpectedFrr);
-    EXPECT_EQ(dFar, dExpectedFar);
-    EXPECT_EQ(dFrr, dExpectedFrr);
-    EXPECT_NEAR(dFar, 0.083, 0.0005);
-    EXPECT_NEAR(dFrr, 0.083, 0.0005);
-}
+    const auto [dFar, dFrr] = InterpolatedRates(x);
+    EXPECT_EQ(Ask(NeuralNet::QueryByScore, 50.0), make_tuple(50.0, dFar, dFrr));
+    EXPECT_TRUE(std::fabs(dFar - 0.083) < 0.0005 && std::fabs(dFrr - 0.083) < 0.0005);
 
-TEST(QueryByScore, ATargetEqualToARunOfRowsSettlesAtTheTopOfTheRun)
-{
+    // Targets beyond the scale stop one step from the ends, between two rows.
+    const auto [dHighFar, dHighFrr] = InterpolatedRates(0.999969482421875);
+    EXPECT_EQ(Ask(NeuralNet::QueryByScore, 200.0), make_tuple(200.0, dHighFar, dHighFrr));
+    EXPECT_TRUE(dHighFar > 0.0 && dHighFrr < FrrTable[999]);
+    const auto [dLowFar, dLowFrr] = InterpolatedRates(0.000030517578125);
+    EXPECT_EQ(Ask(NeuralNet::QueryByScore, -5.0), make_tuple(-5.0, dLowFar, dLowFrr));
+    EXPECT_TRUE(dLowFar < FarTable[0] && dLowFrr > 0.0);
+
     // Rows 551 to 553 share one score; on equality the search moves up, so it
     // ends just below row 554 and not below row 551.
-    ASSERT_EQ(RowScore(551), RowScore(553));
-    ASSERT_LT(RowScore(553), RowScore(554));
-    double dScore, dFar, dFrr;
-    QueryByScore(RowScore(553), dScore, dFar, dFrr);
+    ASSERT_TRUE(RowScore(551) == RowScore(553) && RowScore(553) < RowScore(554));
+    const auto [dScore, dRunFar, dRunFrr] = Ask(NeuralNet::QueryByScore, RowScore(553));
     EXPECT_EQ(dScore, RowScore(553));
-    EXPECT_LT(dFar, FarTable[553]);
-    EXPECT_GE(dFar, FarTable[554]);
-    EXPECT_GT(dFrr, FrrTable[553]);
-    EXPECT_LE(dFrr, FrrTable[554]);
+    EXPECT_TRUE(dRunFar < FarTable[553] && dRunFar >= FarTable[554]);
+    EXPECT_TRUE(dRunFrr > FrrTable[553] && dRunFrr <= FrrTable[554]);
 }
 
-TEST(QueryByScore, TargetsBeyondTheScaleStopOneStepFromTheEnds)
+TEST(QueryByRate, SnapsToTheFirstFittingRowAndKeepsTheTargetAsSet)
 {
-    double dScore, dFar, dFrr;
-    QueryByScore(200.0, dScore, dFar, dFrr);
-    EXPECT_EQ(dScore, 200.0);
-    // x = 0.999969482421875 is row 998: the rates lie between the last two
-    // rows and are not those of the last row.
-    double dExpectedFar, dExpectedFrr;
-    InterpolatedRates(0.999969482421875, dExpectedFar, dExpectedFrr);
-    EXPECT_EQ(dFar, dExpectedFar);
-    EXPECT_EQ(dFrr, dExpectedFrr);
-    EXPECT_GT(dFar, 0.0);
-    EXPECT_LT(dFrr, FrrTable[999]);
-
-    QueryByScore(-5.0, dScore, dFar, dFrr);
-    EXPECT_EQ(dScore, -5.0);
-    InterpolatedRates(0.000030517578125, dExpectedFar, dExpectedFrr);
-    EXPECT_EQ(dFar, dExpectedFar);
-    EXPECT_EQ(dFrr, dExpectedFrr);
-    EXPECT_GT(dFrr, 0.0);
-    EXPECT_LT(dFar, FarTable[0]);
-}
-
-TEST(QueryByRate, RatesBeyondTheTablesSnapToTheEndRowsAndStayAsSet)
-{
-    double dScore, dFar, dFrr;
-    QueryByFAR(1.0, dScore, dFar, dFrr); // row 0
-    EXPECT_EQ(dScore, 0.0);
-    EXPECT_EQ(dFrr, 0.0);
-    EXPECT_EQ(dFar, 1.0);
-    for (double dTarget : {0.0, -0.25}) // row 999, the first with FAR 0
+    // Targets beyond the tables snap to the end rows; row 999 is the first
+    // with FAR 0, and FRR 1 is above every row.
+    EXPECT_EQ(Ask(NeuralNet::QueryByFAR, 1.0), make_tuple(0.0, 1.0, 0.0));
+    EXPECT_EQ(Ask(NeuralNet::QueryByFRR, -1.0), make_tuple(0.0, FarTable[0], -1.0));
+    for (auto [query, dTarget, dFar, dFrr] :
+         {make_tuple(NeuralNet::QueryByFAR, 0.0, 0.0, FrrTable[999]),
+          make_tuple(NeuralNet::QueryByFAR, -0.25, -0.25, FrrTable[999]),
+          make_tuple(NeuralNet::QueryByFRR, 1.0, 0.0, 1.0)})
     {
-        QueryByFAR(dTarget, dScore, dFar, dFrr);
+        const auto [dScore, dGotFar, dGotFrr] = Ask(query, dTarget);
         EXPECT_DOUBLE_EQ(dScore, 100.0);
-        EXPECT_EQ(dFrr, FrrTable[999]);
-        EXPECT_EQ(dFar, dTarget);
+        EXPECT_EQ(make_tuple(dGotFar, dGotFrr), make_tuple(dFar, dFrr));
     }
-    for (double dTarget : {0.0, -1.0}) // row 0
-    {
-        QueryByFRR(dTarget, dScore, dFar, dFrr);
-        EXPECT_EQ(dScore, 0.0);
-        EXPECT_EQ(dFar, FarTable[0]);
-        EXPECT_EQ(dFrr, dTarget);
-    }
-    QueryByFRR(1.0, dScore, dFar, dFrr); // above every row: row 999
-    EXPECT_DOUBLE_EQ(dScore, 100.0);
-    EXPECT_EQ(dFar, 0.0);
-    EXPECT_EQ(dFrr, 1.0);
-}
 
-TEST(QueryByRate, AgreesWithALinearScanOfTheTables)
-{
-    // Targets on every row's rate and halfway to the next row's.
+    // Against a linear scan, with targets on every row's rate and halfway to
+    // the next row's. The score is that of row k / 999.0 * 999, which
+    // truncates to k - 1 in a few rows.
+    const std::set<int32_t> rowsReadBackOneLower = {63, 126, 252, 504, 509};
+    auto score = [&](int32_t k) { return RowScore(k - int32_t(rowsReadBackOneLower.count(k))); };
     for (int32_t k = 0; k + 1 < nRateTableSize; ++k)
     {
         for (double dTarget : {FarTable[k], (FarTable[k] + FarTable[k + 1]) / 2})
@@ -175,24 +179,16 @@ TEST(QueryByRate, AgreesWithALinearScanOfTheTables)
             int32_t nRow = 0;
             while (FarTable[nRow] > dTarget)
                 ++nRow;
-            double dScore, dFar, dFrr;
-            QueryByFAR(dTarget, dScore, dFar, dFrr);
-            EXPECT_EQ(dFar, dTarget);
-            EXPECT_EQ(dFrr, FrrTable[nRow]) << "FAR " << dTarget;
-            const int32_t nScoreRow = kRowsReadBackOneLower.count(nRow) ? nRow - 1 : nRow;
-            EXPECT_EQ(dScore, RowScore(nScoreRow)) << "FAR " << dTarget;
+            EXPECT_EQ(Ask(NeuralNet::QueryByFAR, dTarget),
+                      make_tuple(score(nRow), dTarget, FrrTable[nRow]));
         }
         for (double dTarget : {FrrTable[k], (FrrTable[k] + FrrTable[k + 1]) / 2})
         {
             int32_t nRow = 0;
             while (FrrTable[nRow] < dTarget)
                 ++nRow;
-            double dScore, dFar, dFrr;
-            QueryByFRR(dTarget, dScore, dFar, dFrr);
-            EXPECT_EQ(dFrr, dTarget);
-            EXPECT_EQ(dFar, FarTable[nRow]) << "FRR " << dTarget;
-            const int32_t nScoreRow = kRowsReadBackOneLower.count(nRow) ? nRow - 1 : nRow;
-            EXPECT_EQ(dScore, RowScore(nScoreRow)) << "FRR " << dTarget;
+            EXPECT_EQ(Ask(NeuralNet::QueryByFRR, dTarget),
+                      make_tuple(score(nRow), FarTable[nRow], dTarget));
         }
     }
 }

@@ -2,10 +2,13 @@
 #include "image/ArrayStatic.h"
 
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "ImageTestSupport.h"
+
+using std::make_tuple;
 
 namespace
 {
@@ -25,24 +28,16 @@ bool Refusing::s_bRefuse = false;
 
 } // namespace
 
-TEST(ArrayStatic, CreateReplacesTheBlockAndCopiesAreDeep)
+TEST(Array, StaticCopiesAreDeepAndAFailedCreateKeepsTheBlock)
 {
-    TpArrayStatic<std::string> array(3);
-    EXPECT_EQ(array.Size(), 3u);
-    EXPECT_TRUE(array[2].empty()); // built in place
-    array[0] = "a";
+    TpArrayStatic<std::string> array(3), copy;
     array[2] = "c";
-
-    TpArrayStatic<std::string> copy(array);
-    array[0] = "changed";
-    EXPECT_EQ(copy[0], "a");
-    EXPECT_EQ(copy[2], "c");
+    copy = array;
     copy = copy;
-    EXPECT_EQ(copy[2], "c");
-
+    array[2] = "changed";
     array.Create(5);
-    EXPECT_EQ(array.Capacity(), 5u);
-    EXPECT_TRUE(array[0].empty());
+    EXPECT_EQ(make_tuple(copy[2], array.Capacity(), array[0], array[4]),
+              make_tuple("c", 5u, "", ""));
     array.Resize(0);
     EXPECT_EQ(array.Data(), nullptr);
 
@@ -51,41 +46,25 @@ TEST(ArrayStatic, CreateReplacesTheBlockAndCopiesAreDeep)
     Refusing::s_bRefuse = true;
     ExpectThrows<ClExBadAlloc>([&] { refusing.Create(8); }, -102, "Memory allocation failed");
     Refusing::s_bRefuse = false;
-    EXPECT_EQ(refusing.Capacity(), 2u);
-    EXPECT_EQ(refusing[1].nValue, 4);
+    EXPECT_EQ(make_tuple(refusing.Capacity(), refusing[1].nValue), make_tuple(2u, 4));
 }
 
-TEST(ArrayDynamic, GrowsByNKeepingItsContents)
+TEST(Array, DynamicGrowsByNKeepingItsContents)
 {
     TpArrayDynamic<int, 3> array;
     for (int i = 0; i < 7; ++i)
-    {
         array.Add(i * 10);
-        EXPECT_EQ(array.Capacity(), (static_cast<uint32_t>(i) / 3 + 1) * 3);
-    }
-    ASSERT_EQ(array.Size(), 7u);
-    for (int i = 0; i < 7; ++i)
-        EXPECT_EQ(array[i], i * 10);
-
     TpArrayDynamic<int, 3> copy(array);
     array.RemoveAt(1);
-    EXPECT_EQ(array.Size(), 6u);
-    EXPECT_EQ(array[1], 20);
-    EXPECT_EQ(array[5], 60);
-    EXPECT_EQ(copy.Size(), 7u);
-    EXPECT_EQ(copy[1], 10);
+    EXPECT_EQ(make_tuple(array.Size(), array.Capacity(), array[1], array[5], copy.Size(), copy[1]),
+              make_tuple(6u, 9u, 20, 60, 7u, 10));
     copy = array;
-    EXPECT_EQ(copy.Size(), 6u);
-    EXPECT_EQ(copy[5], 60);
-
+    EXPECT_EQ(make_tuple(copy.Size(), copy[5]), make_tuple(6u, 60));
     array.Clear();
-    EXPECT_EQ(array.Size(), 0u);
-    EXPECT_EQ(array.Capacity(), 9u);
+    EXPECT_EQ(make_tuple(array.Size(), array.Capacity()), make_tuple(0u, 9u));
     array.Resize(4);
-    EXPECT_EQ(array.Size(), 4u);
-    EXPECT_EQ(array.Capacity(), 4u);
     array.Add(1);
-    EXPECT_EQ(array.Capacity(), 7u);
+    EXPECT_EQ(make_tuple(array.Size(), array.Capacity()), make_tuple(5u, 7u));
 
     // A failed growth keeps capacity, count and elements.
     TpArrayDynamic<Refusing, 2> refusing;
@@ -94,7 +73,6 @@ TEST(ArrayDynamic, GrowsByNKeepingItsContents)
     Refusing::s_bRefuse = true;
     ExpectThrows<ClExBadAlloc>([&] { refusing.Add(Refusing{3}); }, -102);
     Refusing::s_bRefuse = false;
-    EXPECT_EQ(refusing.Capacity(), 2u);
-    EXPECT_EQ(refusing.Size(), 2u);
-    EXPECT_EQ(refusing[1].nValue, 2);
+    EXPECT_EQ(make_tuple(refusing.Capacity(), refusing.Size(), refusing[1].nValue),
+              make_tuple(2u, 2u, 2));
 }

@@ -1,6 +1,6 @@
 #pragma once
-// Helpers shared by the image tests: exception checks and bitmap blocks
-// built field by field.
+// Helpers shared by the tests: exception checks and bitmap blocks built field
+// by field.
 #include <cstring>
 #include <memory>
 #include <string>
@@ -24,43 +24,27 @@ void ExpectThrows(F&& f, int32_t nCode, const char* szRemark = nullptr)
     catch (const E& e)
     {
         EXPECT_EQ(e.GetCode(), nCode);
-        if (szRemark != nullptr)
-        {
-            const std::string sText = e.GetMessage();
-            const size_t nBreak = sText.find('\n');
-            EXPECT_EQ(nBreak == std::string::npos ? sText : sText.substr(nBreak + 1), szRemark);
-        }
+        const std::string sText = e.GetMessage();
+        EXPECT_EQ(szRemark ? sText.substr(sText.find('\n') + 1) : "", szRemark ? szRemark : "");
     }
 }
 
-// An info header with the given fields, a colour table of nEntries and pixel
-// rows (each a whole number of 32-bit words) whose bytes count up from 1;
-// optionally behind a 14-byte file header.
+// An info header, a colour table of nEntries and pixel rows (each a whole
+// number of 32-bit words) whose bytes count up from 1; optionally behind a
+// 14-byte file header.
 inline std::vector<uint8_t> MakeBitmapBlock(int32_t nWidth, int32_t nHeight, uint16_t nBitCount,
-                                            size_t nEntries, uint32_t nClrUsed = 0,
-                                            uint32_t nCompression = 0, bool bFileHeader = false)
+                                            size_t nEntries, uint32_t nCompression = 0,
+                                            bool bFileHeader = false)
 {
-    SentivoBitmapInfoHeader header{};
-    header.biSize = 40;
-    header.biWidth = nWidth;
-    header.biHeight = nHeight;
-    header.biPlanes = 1;
-    header.biBitCount = nBitCount;
-    header.biCompression = nCompression;
-    header.biXPelsPerMeter = 19685;
-    header.biYPelsPerMeter = 19686;
-    header.biClrUsed = nClrUsed;
-    const size_t nColours = nEntries;
+    const SentivoBitmapInfoHeader header{40, nWidth, nHeight, 1, nBitCount, nCompression,
+                                         0,  19685,  19686,   0, 0};
     const size_t nPixels = (static_cast<size_t>(nWidth) * nBitCount + 31) / 32 * 4 * nHeight;
     const size_t nStart = bFileHeader ? 14 : 0;
-
-    std::vector<uint8_t> block(nStart + 40 + 4 * nColours + nPixels);
+    std::vector<uint8_t> block(nStart + 40 + 4 * nEntries + nPixels);
     if (bFileHeader)
     {
-        SentivoBitmapFileHeader file{};
-        file.bfType = 0x4D42; // "BM"
-        file.bfSize = static_cast<uint32_t>(block.size());
-        file.bfOffBits = static_cast<uint32_t>(nStart + 40 + 4 * nColours);
+        const SentivoBitmapFileHeader file{0x4D42, static_cast<uint32_t>(block.size()), 0, 0,
+                                           static_cast<uint32_t>(nStart + 40 + 4 * nEntries)};
         std::memcpy(block.data(), &file, sizeof(file));
     }
     std::memcpy(block.data() + nStart, &header, sizeof(header));
