@@ -56,22 +56,7 @@ int32_t ClIp1to1Base::Process()
 int32_t ClIp1to1Base::Dispatch(const ClImage& in, ClImage& out)
 {
     auto op = [&](double dSample) { return PixelOp(in, out, dSample); };
-    return SelectDataTypes(in.DataType(), out.DataType(),
-                           [&](auto inTag, auto outTag)
-                           {
-                               using TIn = typename decltype(inTag)::Type;
-                               using TOut = typename decltype(outTag)::Type;
-                               if constexpr (std::is_same_v<TIn, uint8_t>)
-                               {
-                                   if (m_bUseLookup)
-                                   {
-                                       Ip1to1Paths::RunTable<TOut>(in, out, op);
-                                       return 0;
-                                   }
-                               }
-                               Ip1to1Paths::RunDirect<TIn, TOut>(in, out, op);
-                               return 0;
-                           });
+    return Ip1to1Paths::Dispatch(in, out, m_bUseLookup, op);
 }
 
 double ClIp1to1Base::PixelOp(const ClImage&, const ClImage&, double)

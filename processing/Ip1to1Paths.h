@@ -8,6 +8,7 @@
 #include "image/ArrayStatic.h"
 #include "image/FpImage.h"
 #include "image/SampleTraits.h"
+#include "processing/SelectDataTypes.h"
 
 namespace Ip1to1Paths
 {
@@ -49,6 +50,29 @@ void RunDirect(const ClImage& in, ClImage& out, Op&& op)
         for (int64_t i = 0; i < nSamples; ++i)
             pOut[i] = SampleFromDouble<TOut>(op(static_cast<double>(pIn[i])));
     }
+}
+
+// The selection on input and output type shared by both one-to-one bases:
+// 8-bit input with the lookup flag takes the table path, everything else the
+// direct path; an unknown type gives -101.
+template <typename Op> int32_t Dispatch(const ClImage& in, ClImage& out, bool bUseLookup, Op&& op)
+{
+    return SelectDataTypes(in.DataType(), out.DataType(),
+                           [&](auto inTag, auto outTag)
+                           {
+                               using TIn = typename decltype(inTag)::Type;
+                               using TOut = typename decltype(outTag)::Type;
+                               if constexpr (std::is_same_v<TIn, uint8_t>)
+                               {
+                                   if (bUseLookup)
+                                   {
+                                       RunTable<TOut>(in, out, op);
+                                       return 0;
+                                   }
+                               }
+                               RunDirect<TIn, TOut>(in, out, op);
+                               return 0;
+                           });
 }
 
 } // namespace Ip1to1Paths
