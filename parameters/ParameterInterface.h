@@ -3,6 +3,7 @@
 // members of a processor, for tools. A processor fills it in its
 // DescribeInterface with one add call per member; the list owns its records.
 #include <cstdint>
+#include <type_traits>
 
 class ClImage;
 class ClStream;
@@ -107,20 +108,16 @@ public:
     ~ClParameterInterface();
 
     // Numbers, with their limits (kAutoLower, kAutoUpper for automatic ones).
-    ClParameter& Add(uint8_t& nMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(int16_t& nMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(uint16_t& nMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(int32_t& nMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(uint32_t& nMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(double& dMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
-    ClParameter& Add(float& fMember, const char* szName, const char* szDescription,
-                     EDirection eDirection, double dLower, double dUpper);
+    // Unsigned 32-bit members share the 32-bit kind; their four bytes travel
+    // as they are.
+    template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T> && !std::is_same_v<T, bool>>>
+    ClParameter& Add(T& member, const char* szName, const char* szDescription, EDirection eDirection,
+                     double dLower, double dUpper)
+    {
+        static_assert(KindOf<T>() != eKindConstructed, "no record kind for this number type");
+        return AddNumber(KindOf<T>(), &member, static_cast<double>(member), szName, szDescription,
+                         eDirection, dLower, dUpper);
+    }
     // An image connection.
     ClParameter& Add(ClImage*& pMember, const char* szName, const char* szDescription,
                      EDirection eDirection);
@@ -145,6 +142,24 @@ public:
     ClParameter* Find(const char* szName) const;
 
 private:
+    template <typename T> static constexpr EKind KindOf()
+    {
+        if constexpr (std::is_same_v<T, uint8_t>)
+            return eKindUInt8;
+        else if constexpr (std::is_same_v<T, int16_t>)
+            return eKindInt16;
+        else if constexpr (std::is_same_v<T, uint16_t>)
+            return eKindUInt16;
+        else if constexpr (std::is_same_v<T, int32_t> || std::is_same_v<T, uint32_t>)
+            return eKindInt32;
+        else if constexpr (std::is_same_v<T, double>)
+            return eKindDouble;
+        else if constexpr (std::is_same_v<T, float>)
+            return eKindFloat;
+        else
+            return eKindConstructed;
+    }
+
     ClParameter& AddNumber(EKind eKind, void* pMember, double dValue, const char* szName,
                            const char* szDescription, EDirection eDirection, double dLower,
                            double dUpper);
