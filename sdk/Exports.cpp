@@ -80,17 +80,20 @@ const char* ReadProperty(G&& getProperty, char (&szLocal)[128], std::unique_ptr<
     return array.get();
 }
 
-// The narrow name as it stands, or the wide name converted afresh per call.
-auto NarrowName(ClSentivoSDKHandle& handle, const char* szName)
+// Texts in the library's narrow form: a narrow text as it stands, a wide one
+// converted afresh for each use.
+struct BorrowedText
 {
-    return [&handle, szName](char* szBuffer, uint32_t& nSize)
-    { return handle.GetProperty(szName, szBuffer, nSize); };
+    const char* szText;
+    const char* get() const { return szText; }
+};
+BorrowedText Narrow(const char* szText)
+{
+    return {szText};
 }
-
-auto WideName(ClSentivoSDKHandle& handle, const char16_t* szName)
+std::unique_ptr<char[]> Narrow(const char16_t* szText)
 {
-    return [&handle, szName](char* szBuffer, uint32_t& nSize)
-    { return handle.GetProperty(Sentivo::WideToNarrow(szName).get(), szBuffer, nSize); };
+    return Sentivo::WideToNarrow(szText);
 }
 
 // Steps 4 to 8 of a property read, for either character width: the needed
@@ -106,6 +109,64 @@ void DeliverText(const Char* szText, size_t nLength, Char* szValue, uint32_t* pn
     if (szValue == nullptr)
         SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_PTR);
     std::memcpy(szValue, szText, nNeeded * sizeof(Char));
+}
+
+// The value in the caller's width, with its length in code units.
+void DeliverValue(const char* szText, char* szValue, uint32_t* pnValueSize)
+{
+    DeliverText(szText, std::strlen(szText), szValue, pnValueSize);
+}
+
+void DeliverValue(const char* szText, char16_t* szValue, uint32_t* pnValueSize)
+{
+    const std::unique_ptr<char16_t[]> wide = Sentivo::NarrowToWide(szText);
+    DeliverText(wide.get(), Sentivo::WideLength(wide.get()), szValue, pnValueSize);
+}
+
+// Reads the value of a name in either width; an unknown name is -206 here.
+template <typename Char>
+const char* ReadNamedProperty(ClSentivoSDKHandle& handle, const Char* szName, char (&szLocal)[128],
+                              std::unique_ptr<char[]>& array)
+{
+    if (szName == nullptr)
+        SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+    return ReadProperty([&](char* szBuffer, uint32_t& nSize)
+                        { return handle.GetProperty(Narrow(szName).get(), szBuffer, nSize); },
+                        szLocal, array);
+}
+
+template <typename Char>
+int32_t SetPropertyIn(SentivoHandle hHandle, const Char* szName, const Char* szValue)
+{
+    return SilentFrame(
+        [&]
+        {
+            ClSentivoSDKHandle& handle = *Resolve(hHandle);
+            // The probe reports an unknown name before the value is looked at.
+            char szLocal[128];
+            std::unique_ptr<char[]> array;
+            ReadNamedProperty(handle, szName, szLocal, array);
+            if (szValue == nullptr)
+                SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
+            handle.SetProperty(Narrow(szName).get(), Narrow(szValue).get());
+        });
+}
+
+template <typename Char>
+int32_t GetPropertyIn(SentivoHandle hHandle, const Char* szName, Char* szValue,
+                      uint32_t* pnValueSize)
+{
+    return SilentFrame(
+        [&]
+        {
+            ClSentivoSDKHandle& handle = *Resolve(hHandle);
+            char szLocal[128];
+            std::unique_ptr<char[]> array;
+            const char* szText = ReadNamedProperty(handle, szName, szLocal, array);
+            if (pnValueSize == nullptr)
+                SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
+            DeliverValue(szText, szValue, pnValueSize);
+        });
 }
 
 } // namespace
@@ -213,76 +274,25 @@ extern "C"
     SENTIVO_API int32_t SentivoSetPropertyA(SentivoHandle hHandle, const char* szName,
                                             const char* szValue)
     {
-        return SilentFrame(
-            [&]
-            {
-                ClSentivoSDKHandle& handle = *Resolve(hHandle);
-                if (szName == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                // The probe reports an unknown name before the value is looked at.
-                char szLocal[128];
-                std::unique_ptr<char[]> array;
-                ReadProperty(NarrowName(handle, szName), szLocal, array);
-                if (szValue == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                handle.SetProperty(szName, szValue);
-            });
+        return SetPropertyIn(hHandle, szName, szValue);
     }
 
     SENTIVO_API int32_t SentivoSetPropertyW(SentivoHandle hHandle, const char16_t* szName,
                                             const char16_t* szValue)
     {
-        return SilentFrame(
-            [&]
-            {
-                ClSentivoSDKHandle& handle = *Resolve(hHandle);
-                if (szName == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                char szLocal[128];
-                std::unique_ptr<char[]> array;
-                ReadProperty(WideName(handle, szName), szLocal, array);
-                if (szValue == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                handle.SetProperty(Sentivo::WideToNarrow(szName).get(),
-                                   Sentivo::WideToNarrow(szValue).get());
-            });
+        return SetPropertyIn(hHandle, szName, szValue);
     }
 
     SENTIVO_API int32_t SentivoGetPropertyA(SentivoHandle hHandle, const char* szName,
                                             char* szValue, uint32_t* pnValueSize)
     {
-        return SilentFrame(
-            [&]
-            {
-                ClSentivoSDKHandle& handle = *Resolve(hHandle);
-                if (szName == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                char szLocal[128];
-                std::unique_ptr<char[]> array;
-                const char* szText = ReadProperty(NarrowName(handle, szName), szLocal, array);
-                if (pnValueSize == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
-                DeliverText(szText, std::strlen(szText), szValue, pnValueSize);
-            });
+        return GetPropertyIn(hHandle, szName, szValue, pnValueSize);
     }
 
     SENTIVO_API int32_t SentivoGetPropertyW(SentivoHandle hHandle, const char16_t* szName,
                                             char16_t* szValue, uint32_t* pnValueSize)
     {
-        return SilentFrame(
-            [&]
-            {
-                ClSentivoSDKHandle& handle = *Resolve(hHandle);
-                if (szName == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_INVALID_PARAMETER);
-                char szLocal[128];
-                std::unique_ptr<char[]> array;
-                const char* szText = ReadProperty(WideName(handle, szName), szLocal, array);
-                if (pnValueSize == nullptr)
-                    SENTIVO_THROW_CODE(ZRC_ERROR_TEMPLATE_SIZE_PTR);
-                const std::unique_ptr<char16_t[]> wide = Sentivo::NarrowToWide(szText);
-                DeliverText(wide.get(), Sentivo::WideLength(wide.get()), szValue, pnValueSize);
-            });
+        return GetPropertyIn(hHandle, szName, szValue, pnValueSize);
     }
 
     SENTIVO_API const char* SentivoGetErrorDescriptionA(int32_t nErrorCode)
