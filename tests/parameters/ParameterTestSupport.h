@@ -1,7 +1,6 @@
 #pragma once
-// Helpers of the parameter tests: the text forms of a parameter, a numeric
-// parameter with a member of its own, and (through the image helpers) the
-// check of a thrown exception.
+// Helpers of the parameter tests: the text forms of a parameter and a numeric
+// parameter with a member of its own.
 #include <cstring>
 #include <string>
 
@@ -10,8 +9,8 @@
 #include "image/ImageTestSupport.h"
 #include "parameters/ParameterNumeric.h"
 
-// The value text, or the default text, of a parameter; it must fit and the
-// reported size must count the terminator.
+// The value text, or the default text; it must fit, and the reported size
+// must count the terminator.
 inline std::string Text(const ClParameter& parameter, bool bDefault = false)
 {
     char szBuffer[400] = "";
@@ -22,7 +21,6 @@ inline std::string Text(const ClParameter& parameter, bool bDefault = false)
     return szBuffer;
 }
 
-// A numeric parameter bound to a member of its own.
 template <typename T> struct TpBound : TpParameterNumeric<T>
 {
     explicit TpBound(T initial = T()) : value(initial) { this->Bind(value); }
