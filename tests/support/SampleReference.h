@@ -1,0 +1,45 @@
+#pragma once
+// The reference harness of the sample-by-sample operators: every output
+// sample against what a reference function expects of the input's sample at
+// the same place, for any pair of sample types.
+#include "processing/SelectDataTypes.h"
+#include "support/OperatorTestImages.h"
+
+namespace TestImages
+{
+
+// Counts the samples of out (width × planes per row, in the input's shape)
+// that are not bit-equal to expected(s, i, y, TOut()), with s the input's
+// sample, i its index in row y; an unknown type counts as -101.
+template <typename F> int CountWrong(const ClImage& in, const ClImage& out, F expected)
+{
+    auto count = [&](auto inTag, auto outTag)
+    {
+        using TIn = typename decltype(inTag)::Type;
+        using TOut = typename decltype(outTag)::Type;
+        const int32_t nSamples = in.Width() * static_cast<int32_t>(in.Planes());
+        int nWrong = 0;
+        for (int32_t y = 0; y < in.Height(); ++y)
+            for (int32_t i = 0; i < nSamples; ++i)
+                nWrong += !BitEqual(out.Row<TOut>(y)[i],
+                                    static_cast<TOut>(expected(in.Row<TIn>(y)[i], i, y, TOut())));
+        return nWrong;
+    };
+    return SelectDataTypes(in.DataType(), out.DataType(), count);
+}
+
+// One sample of any type, as a double.
+inline double SampleAt(const ClImage& image, int32_t x, int32_t y, uint32_t p = 0)
+{
+    double d = 0;
+    (void)SelectDataType(image.DataType(),
+                         [&](auto tag)
+                         {
+                             d = static_cast<double>(
+                                 At<typename decltype(tag)::Type>(image, x, y, p));
+                             return 0;
+                         });
+    return d;
+}
+
+} // namespace TestImages
