@@ -1,51 +1,46 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "operators/IpAnd.h"
-#include "support/OperatorTestImages.h"
+#include "support/SampleReference.h"
 
 using namespace TestImages;
 
 TEST(IpAnd, CombinesBytesRowByRowWithTheFirstsStride)
 {
-    ClImage a, b, out;
-    a.Create(ClImage::eUInt8, 1, 1);
-    b.Create(ClImage::eUInt8, 1, 1);
-    a.Row<uint8_t>(0)[0] = 0xF0;
-    b.Row<uint8_t>(0)[0] = 0x3C;
+    ClImage a = OneRow(ClImage::eUInt8, {0xF0}), b = OneRow(ClImage::eUInt8, {0x3C}), out;
     ClIpAnd op;
     ASSERT_EQ(op.Run(&a, &b, &out), 0);
-    EXPECT_EQ(At<uint8_t>(out, 0, 0), 0x30);
+    EXPECT_EQ(RowOf(out), std::vector<double>{0x30});
 
     // Per row, width × planes bytes at the first's stride in all three
     // buffers: the whole row of one-byte samples, half of one of 16-bit ones.
     // A one-plane second gives one byte per pixel of a first of three or four
     // planes (other pairs do nothing) and is not read past its buffer; what
     // is not combined keeps the output's 0x77.
-    const struct
+    const std::tuple<ClImage::EDataType, uint32_t, uint32_t> cases[] = {
+        {ClImage::eInt8, 1, 1},  {ClImage::eUInt8, 3, 3},  {ClImage::eInt8, 4, 4},
+        {ClImage::eUInt8, 3, 1}, {ClImage::eUInt8, 4, 1},  {ClImage::eUInt16, 1, 1},
+        {ClImage::eInt32, 3, 3}, {ClImage::eUInt16, 3, 1}, {ClImage::eUInt8, 2, 1}};
+    for (const auto& [eType, nFirstPlanes, nSecondPlanes] : cases)
     {
-        ClImage::EDataType eType;
-        uint32_t nFirstPlanes, nSecondPlanes;
-    } cases[] = {{ClImage::eInt8, 1, 1},  {ClImage::eUInt8, 3, 3},  {ClImage::eInt8, 4, 4},
-                 {ClImage::eUInt8, 3, 1}, {ClImage::eUInt8, 4, 1},  {ClImage::eUInt16, 1, 1},
-                 {ClImage::eInt32, 3, 3}, {ClImage::eUInt16, 3, 1}, {ClImage::eUInt8, 2, 1}};
-    for (const auto& c : cases)
-    {
-        SCOPED_TRACE(std::string(ClImage::TypeText(c.eType)) + " " +
-                     std::to_string(c.nFirstPlanes) + "/" + std::to_string(c.nSecondPlanes));
-        const ClImage first = RandomImage(c.eType, 7, 5, c.nFirstPlanes, 111);
-        const ClImage second = RandomImage(c.eType, 7, 5, c.nSecondPlanes, 112);
+        SCOPED_TRACE(std::string(ClImage::TypeText(eType)) + " " + std::to_string(nFirstPlanes) +
+                     "/" + std::to_string(nSecondPlanes));
+        const ClImage first = RandomImage(eType, 7, 5, nFirstPlanes, 111);
+        const ClImage second = RandomImage(eType, 7, 5, nSecondPlanes, 112);
         ClImage in1(first), in2(second);
-        out.Create(c.eType, 7, 5, c.nFirstPlanes);
+        out.Create(eType, 7, 5, nFirstPlanes);
         std::memset(out.Data(), 0x77, static_cast<size_t>(out.ByteSize()));
         ASSERT_EQ(op.Run(&in1, &in2, &out), 0);
-        const int64_t nStride = first.RowStride(), nBytes = 7 * c.nFirstPlanes;
-        const bool bEqual = c.nFirstPlanes == c.nSecondPlanes;
-        const bool bOneToMany = c.nSecondPlanes == 1 && c.nFirstPlanes >= 3;
+        const int64_t nStride = first.RowStride(), nBytes = 7 * nFirstPlanes;
+        const bool bEqual = nFirstPlanes == nSecondPlanes;
+        const bool bOneToMany = nSecondPlanes == 1 && nFirstPlanes >= 3;
         int nWrong = 0;
         for (int64_t y = 0; y < 5; ++y)
             for (int64_t k = 0; k < nBytes * static_cast<int64_t>(first.SampleSize()); ++k)
             {
-                const int64_t nSecond = y * nStride + (bEqual ? k : k / c.nFirstPlanes);
+                const int64_t nSecond = y * nStride + (bEqual ? k : k / nFirstPlanes);
                 const bool bCombined =
                     k < nBytes && (bEqual || bOneToMany) && nSecond < second.ByteSize();
                 const uint8_t expected =

@@ -11,28 +11,23 @@ using namespace TestImages;
 
 TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
 {
+    using Row = std::vector<double>;
     // All parameters NaN: threshold 127.5, black 0 and white 255, in place.
-    ClImage image;
-    image.Create(ClImage::eUInt8, 4, 1);
-    const uint8_t samples[] = {0, 127, 128, 255}, expected[] = {0, 0, 255, 255};
-    std::memcpy(image.Row<uint8_t>(0), samples, 4);
+    ClImage image = OneRow(ClImage::eUInt8, {0, 127, 128, 255});
     const uint8_t* pBuffer = image.Data();
     ClIpBinarizeGlobal op;
     ASSERT_EQ(op.Run(&image), 0);
     EXPECT_EQ(image.Data(), pBuffer);
-    EXPECT_EQ(std::memcmp(image.Row<uint8_t>(0), expected, 4), 0);
+    EXPECT_EQ(RowOf(image), (Row{0, 0, 255, 255}));
     char szText[64];
     op.GetStatusText(szText, sizeof(szText));
     EXPECT_STREQ(szText, "Thr128 [0;255]"); // 127.5 printed without decimals
 
     // On floating images the range is -1 to 1, a NaN sample counts as below,
     // and the text has 4 decimals.
-    ClImage real;
-    real.Create(ClImage::eFloat32, 3, 1);
-    const float reals[] = {-0.01f, 0.0f, std::nanf("")}, binary[] = {-1.0f, 1.0f, -1.0f};
-    std::memcpy(real.Row<float>(0), reals, sizeof(reals));
-    ASSERT_EQ(op.Run(&real), 0);
-    EXPECT_EQ(std::memcmp(real.Row<float>(0), binary, sizeof(binary)), 0);
+    image = OneRow(ClImage::eFloat32, {-0.01, 0.0, std::nan("")});
+    ASSERT_EQ(op.Run(&image), 0);
+    EXPECT_EQ(RowOf(image), (Row{-1, 1, -1}));
     op.GetStatusText(szText, sizeof(szText));
     EXPECT_STREQ(szText, "Thr0.0000 [-1.0000;1.0000]");
     ExpectThrows([&] { op.GetStatusText(szText, 8); }, ZRC_ERROR_INTERNAL,
@@ -40,15 +35,11 @@ TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
 
     // 16-bit with threshold 10.2: the integer threshold is 11; black and
     // white are cast, and Run with a threshold keeps them.
-    ClImage shorts;
-    shorts.Create(ClImage::eInt16, 4, 1);
-    const int16_t values[] = {10, 11, -32768, 32767}, twoTone[] = {3, 9, 3, 9};
-    std::memcpy(shorts.Row<int16_t>(0), values, sizeof(values));
+    image = OneRow(ClImage::eInt16, {10, 11, -32768, 32767});
     op.m_dBlack = 3.0;
     op.m_dWhite = 9.7;
-    ClImage out;
-    ASSERT_EQ(op.Run(&shorts, &out, 10.2), 0);
-    EXPECT_EQ(std::memcmp(out.Row<int16_t>(0), twoTone, sizeof(twoTone)), 0);
+    ASSERT_EQ(op.Run(&image, &image, 10.2), 0);
+    EXPECT_EQ(RowOf(image), (Row{3, 9, 3, 9}));
     EXPECT_EQ(op.m_dBlack, 3.0);
 }
 
@@ -84,8 +75,7 @@ TEST(IpBinarizeGlobal, EveryTypeAndPlaneMatchesAPlainComparison)
 
 TEST(IpBinarizeGlobal, ThresholdsAndColoursOutsideTheRangeAreRefused)
 {
-    ClImage image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73);
-    ClImage out;
+    ClImage image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73), out;
     ClIpBinarizeGlobal op;
     const struct
     {
@@ -98,8 +88,7 @@ TEST(IpBinarizeGlobal, ThresholdsAndColoursOutsideTheRangeAreRefused)
                  {255.0, 0, 255, 0}};
     for (const auto& c : cases)
     {
-        SCOPED_TRACE(std::to_string(c.dThreshold) + " " + std::to_string(c.dBlack) + " " +
-                     std::to_string(c.dWhite));
+        SCOPED_TRACE(std::to_string(c.dThreshold) + " " + std::to_string(c.dWhite));
         op.m_dBlack = c.dBlack;
         op.m_dWhite = c.dWhite;
         EXPECT_EQ(op.Run(&image, &out, c.dThreshold), c.nCode);

@@ -31,24 +31,13 @@ TEST(IpConvertDataType, RoundingAddsAHalfAndIntegersWrapWithoutClamping)
     {
         SCOPED_TRACE(std::string(ClImage::TypeText(c.eIn)) + " " + std::to_string(c.dIn) + " -> " +
                      ClImage::TypeText(c.eOut));
-        ClImage in, out;
-        in.Create(c.eIn, 1, 1);
-        (void)SelectDataType(c.eIn,
-                             [&](auto tag)
-                             {
-                                 At<typename decltype(tag)::Type>(in, 0, 0) =
-                                     static_cast<typename decltype(tag)::Type>(c.dIn);
-                                 return 0;
-                             });
+        ClImage in = OneRow(c.eIn, {c.dIn}), out;
         ClIpConvertDataType convert;
         convert.m_bRound = c.bRound;
         ASSERT_EQ(convert.Run(&in, &out, c.eOut), 0);
         ASSERT_EQ(out.DataType(), c.eOut);
         EXPECT_EQ(SampleAt(out, 0, 0), c.dOut);
-        // The bounds are the new type's own.
-        ClImage model;
-        model.Create(c.eOut, 1, 1);
-        EXPECT_EQ(out.LowerBound(), model.LowerBound());
+        EXPECT_EQ(out.LowerBound(), OneRow(c.eOut, {0}).LowerBound()); // the type's own
     }
 }
 

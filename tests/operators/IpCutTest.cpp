@@ -27,15 +27,11 @@ TEST(IpCut, RectanglesOfEveryTypeMatchAPlainCopy)
                 ClImage out;
                 ClIpCut cut;
                 ASSERT_EQ(cut.Run(&in, x0, y0, w, h, &out), 0);
-                ASSERT_EQ(out.Width(), w);
-                ASSERT_EQ(out.Height(), h);
-                ASSERT_EQ(out.Planes(), nPlanes);
-                EXPECT_EQ(out.DataType(), eType);
-                EXPECT_EQ(out.LowerBound(), -3.5);
-                EXPECT_EQ(out.UpperBound(), 77.0);
-                EXPECT_EQ(out.Content(), ClImage::eHSV);
-                EXPECT_EQ(out.Origin(), 0xBEEFu);
-                EXPECT_EQ(out.XResolution(), 500);
+                ASSERT_TRUE(out.Width() == w && out.Height() == h && out.Planes() == nPlanes);
+                // Type, bounds, content, origin word and resolutions are the input's.
+                EXPECT_TRUE(out.DataType() == eType && out.LowerBound() == -3.5 &&
+                            out.UpperBound() == 77.0 && out.Content() == ClImage::eHSV &&
+                            out.Origin() == 0xBEEFu && out.XResolution() == 500);
                 const size_t nPixel = in.SampleSize() * nPlanes;
                 for (int32_t y = 0; y < h; ++y)
                     ASSERT_EQ(std::memcmp(in.Row<uint8_t>(y0 + y) + x0 * nPixel,
@@ -56,8 +52,7 @@ TEST(IpCut, WholeImageIsANewCopyAndOneObjectMayServeBothRoles)
     ClImage image;
     image.Assign(source);
     ASSERT_EQ(cut.Run(&image, 2, 1, 3, 4, &image), 0);
-    ASSERT_EQ(image.Width(), 3);
-    ASSERT_EQ(image.Height(), 4);
+    ASSERT_TRUE(image.Width() == 3 && image.Height() == 4);
     EXPECT_EQ(At<int16_t>(image, 2, 3), At<int16_t>(source, 4, 4));
 
     // The values are read through the pointers; the fields keep their values

@@ -37,21 +37,15 @@ TEST(IpInvert, MirrorsTheRangeOnEveryType)
     // 8-bit 0 gives 255 and 255 gives 0; floats of -1 to 1: 0.25 gives -0.25;
     // in place on an image with its own bounds, input and output ranges are
     // one: 20 in [10, 50] becomes 40.
-    ClImage bytes, real, ranged;
-    bytes.Create(ClImage::eUInt8, 2, 1);
-    bytes.Row<uint8_t>(0)[0] = 0;
-    bytes.Row<uint8_t>(0)[1] = 255;
-    real.Create(ClImage::eFloat32, 1, 1);
-    real.Row<float>(0)[0] = 0.25f;
-    ranged.Create(ClImage::eUInt16, 1, 1);
+    ClImage bytes = OneRow(ClImage::eUInt8, {0, 255, 100}),
+            real = OneRow(ClImage::eFloat32, {0.25});
+    ClImage ranged = OneRow(ClImage::eUInt16, {20});
     ranged.SetBounds(10, 50);
-    ranged.Row<uint16_t>(0)[0] = 20;
     ClIpInvert invert;
     ASSERT_EQ(invert.Run(&bytes) + invert.Run(&real) + invert.Run(&ranged), 0);
-    EXPECT_EQ(bytes.Row<uint8_t>(0)[0], 255);
-    EXPECT_EQ(bytes.Row<uint8_t>(0)[1], 0);
-    EXPECT_EQ(real.Row<float>(0)[0], -0.25f);
-    EXPECT_EQ(ranged.Row<uint16_t>(0)[0], 40);
+    EXPECT_EQ(RowOf(bytes), (std::vector<double>{255, 0, 155}));
+    EXPECT_EQ(RowOf(real), (std::vector<double>{-0.25}));
+    EXPECT_EQ(RowOf(ranged), (std::vector<double>{40}));
 
     // Types other than 8-bit run the direct path, width samples per row; in
     // place, the rest of a row keeps its samples.
@@ -69,17 +63,13 @@ TEST(IpScale, MultipliesAndClampsToTheOutputRange)
 {
     // 8-bit by 2: 200 gives 255, 100 gives 200. Not in place: the result
     // comes through a temporary into the caller's object, in a new buffer.
-    ClImage bytes;
-    bytes.Create(ClImage::eUInt8, 2, 1);
-    bytes.Row<uint8_t>(0)[0] = 200;
-    bytes.Row<uint8_t>(0)[1] = 100;
+    ClImage bytes = OneRow(ClImage::eUInt8, {200, 100});
     const ClImage keeper(bytes);
     ClIpScale scale;
     scale.m_dScaleFactor = 2.0;
     ASSERT_EQ(scale.Run(&bytes), 0);
     EXPECT_NE(bytes.Data(), keeper.Data());
-    EXPECT_EQ(bytes.Row<uint8_t>(0)[0], 255);
-    EXPECT_EQ(bytes.Row<uint8_t>(0)[1], 200);
+    EXPECT_EQ(RowOf(bytes), (std::vector<double>{255, 200}));
     char szText[64];
     scale.GetStatusText(szText, sizeof(szText));
     EXPECT_STREQ(szText, "ScaleFactor = 2");

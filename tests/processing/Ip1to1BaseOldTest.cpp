@@ -62,22 +62,15 @@ TEST(Ip1to1BaseOld, EveryInputAndOutputTypePairFollowsThePixelFunction)
     // Worked by hand, one object for both roles: 30 -> 2.75 and 0 -> -7.25
     // into floats, whose bounds are the type's; 0 -> -7 -> 249 into the
     // input's own type, once SetDefaults has restored it.
-    ClImage image;
-    image.Create(ClImage::eUInt8, 2, 1);
-    image.Row<uint8_t>(0)[0] = 30;
-    image.Row<uint8_t>(0)[1] = 0;
-    ClImage bytes;
-    bytes.Assign(image);
+    ClImage image = OneRow(ClImage::eUInt8, {30, 0}), bytes = OneRow(ClImage::eUInt8, {30, 0});
     ClThirdLessSeven op;
     ASSERT_EQ(RunOn(op, &image, &image, ClImage::eFloat32), 0);
-    EXPECT_EQ(At<float>(image, 0, 0), 2.75f);
-    EXPECT_EQ(At<float>(image, 1, 0), -7.25f);
+    EXPECT_EQ(RowOf(image), (std::vector<double>{2.75, -7.25}));
     EXPECT_EQ(image.LowerBound(), -1.0);
     op.SetDefaults();
     op.m_pInImage = op.m_pOutImage = &bytes;
     ASSERT_EQ(op.Run(), 0);
-    EXPECT_EQ(At<uint8_t>(bytes, 0, 0), 2);
-    EXPECT_EQ(At<uint8_t>(bytes, 1, 0), 249);
+    EXPECT_EQ(RowOf(bytes), (std::vector<double>{2, 249}));
 }
 
 TEST(Ip1to1BaseOld, MissingImagesAndUnknownTypesGiveCodes)

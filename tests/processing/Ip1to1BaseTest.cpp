@@ -20,6 +20,7 @@ public:
         m_bUseLookup = bLookup;
         for (ClImage::EDataType eType : AllTypes())
             AddDataType(eType);
+        AddDataType(ClImage::eDefaultType); // no sample format: reaches Dispatch
     }
     ClProcessorBase* NewInstance() const override { return NewProcessor<ClTwiceAndAHalf>(); }
     const char* GetName() const override { return "ClTwiceAndAHalf"; }
@@ -33,7 +34,6 @@ public:
         ++nCalls;
         return 2.0 * dSample + 1.5;
     }
-    void Accept(ClImage::EDataType eType) { AddDataType(eType); }
 
     int nCalls = 0;
     int nPrepared = 0;
@@ -41,7 +41,7 @@ public:
 
 template <typename T> T Expected(T s)
 {
-    return SampleFromDouble<T>(2.0 * static_cast<double>(s) + 1.5);
+    return SampleFromDouble<T>(2.0 * s + 1.5);
 }
 
 } // namespace
@@ -69,13 +69,9 @@ TEST(Ip1to1Base, TableAndDirectPathsFollowThePixelFunctionOnEveryType)
 
     // Truncation toward zero and wrapping, worked by hand: 201.5 -> 201 ->
     // -55; -4.5 -> -4; -254.5 -> -254 -> 2.
-    ClImage small;
-    small.Create(ClImage::eInt8, 3, 1);
-    const int8_t samples[] = {100, -3, -128}, expected[] = {-55, -4, 2};
-    std::memcpy(small.Row<int8_t>(0), samples, 3);
-    ClTwiceAndAHalf op;
-    ASSERT_EQ(op.Run(&small), 0);
-    EXPECT_EQ(std::memcmp(small.Row<int8_t>(0), expected, 3), 0);
+    ClImage small = OneRow(ClImage::eInt8, {100, -3, -128});
+    ASSERT_EQ(ClTwiceAndAHalf().Run(&small), 0);
+    EXPECT_EQ(RowOf(small), (std::vector<double>{-55, -4, 2}));
 }
 
 TEST(Ip1to1Base, InPlaceAndSwapRulesKeepTheCallersObject)
@@ -107,8 +103,7 @@ TEST(Ip1to1Base, InPlaceAndSwapRulesKeepTheCallersObject)
 TEST(Ip1to1Base, MissingImagesAndUnknownTypesAreReported)
 {
     ClTwiceAndAHalf op;
-    ClImage image = RandomImage(ClImage::eUInt8, 2, 2, 1, 24);
-    ClImage empty;
+    ClImage image = RandomImage(ClImage::eUInt8, 2, 2, 1, 24), empty;
     ExpectThrows([&] { op.Run(nullptr, &image); }, ZRC_ERROR_BAD_POINTER,
                  "Input image not assigned");
     ExpectThrows([&] { op.Run(&image, nullptr); }, ZRC_ERROR_BAD_POINTER, "m_pOutImage is not set");
@@ -118,10 +113,9 @@ TEST(Ip1to1Base, MissingImagesAndUnknownTypesAreReported)
     op.m_pOutImage = &image;
     ExpectThrows([&] { op.Process(); }, ZRC_ERROR_BAD_POINTER, "m_pInImage->Data() is not set");
 
-    // A data type that is no sample format reaches Dispatch only if accepted;
-    // the selection then gives -101.
+    // A data type that is no sample format, once accepted, reaches the
+    // selection, which gives -101.
     ClImage odd, oddOut;
     odd.Create(ClImage::eDefaultType, 2, 2);
-    op.Accept(ClImage::eDefaultType);
     EXPECT_EQ(op.Run(&odd, &oddOut), ZRC_ERROR_INTERNAL);
 }

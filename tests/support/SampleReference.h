@@ -2,6 +2,9 @@
 // The reference harness of the sample-by-sample operators: every output
 // sample against what a reference function expects of the input's sample at
 // the same place, for any pair of sample types.
+#include <initializer_list>
+#include <vector>
+
 #include "processing/SelectDataTypes.h"
 #include "support/OperatorTestImages.h"
 
@@ -40,6 +43,33 @@ inline double SampleAt(const ClImage& image, int32_t x, int32_t y, uint32_t p = 
                              return 0;
                          });
     return d;
+}
+
+// A one-row image of the given type holding the values, each cast to the
+// sample type.
+inline ClImage OneRow(ClImage::EDataType eType, std::initializer_list<double> values)
+{
+    ClImage image;
+    image.Create(eType, static_cast<int32_t>(values.size()), 1);
+    auto fill = [&](auto tag)
+    {
+        using T = typename decltype(tag)::Type;
+        int32_t x = 0;
+        for (double d : values)
+            At<T>(image, x++, 0) = static_cast<T>(d);
+        return 0;
+    };
+    (void)SelectDataType(eType, fill);
+    return image;
+}
+
+// The samples of row 0 (plane 0), as doubles.
+inline std::vector<double> RowOf(const ClImage& image)
+{
+    std::vector<double> values;
+    for (int32_t x = 0; x < image.Width(); ++x)
+        values.push_back(SampleAt(image, x, 0));
+    return values;
 }
 
 } // namespace TestImages
