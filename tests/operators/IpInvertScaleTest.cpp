@@ -6,32 +6,6 @@
 
 using namespace TestImages;
 
-namespace
-{
-
-// Runs op with one object for both roles on a random image of every type,
-// one and three planes, and compares it with expected(s, i, a, b), a and b
-// being the image's bounds.
-template <typename Op, typename F> void ExpectOnEveryType(Op& op, F expected)
-{
-    for (ClImage::EDataType eType : AllTypes())
-        for (uint32_t nPlanes : {1u, 3u})
-        {
-            SCOPED_TRACE(std::string(ClImage::TypeText(eType)) + " " + std::to_string(nPlanes));
-            const ClImage source = RandomImage(eType, 9, 5, nPlanes, 81, 1.0);
-            ClImage image;
-            image.Assign(source);
-            ASSERT_EQ(op.Run(&image), 0);
-            const double a = source.LowerBound(), b = source.UpperBound();
-            EXPECT_EQ(CountWrong(source, image,
-                                 [&](auto s, int32_t i, int32_t, auto)
-                                 { return expected(s, i, a, b); }),
-                      0);
-        }
-}
-
-} // namespace
-
 TEST(IpInvert, MirrorsTheRangeOnEveryType)
 {
     // 8-bit 0 gives 255 and 255 gives 0; floats of -1 to 1: 0.25 gives -0.25;

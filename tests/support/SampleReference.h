@@ -3,7 +3,10 @@
 // sample against what a reference function expects of the input's sample at
 // the same place, for any pair of sample types.
 #include <initializer_list>
+#include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "processing/SelectDataTypes.h"
 #include "support/OperatorTestImages.h"
@@ -29,6 +32,27 @@ template <typename F> int CountWrong(const ClImage& in, const ClImage& out, F ex
         return nWrong;
     };
     return SelectDataTypes(in.DataType(), out.DataType(), count);
+}
+
+// Runs op with one object for both roles on a random image of every type,
+// one and three planes, and compares it with expected(s, i, a, b), a and b
+// being the image's bounds.
+template <typename Op, typename F> void ExpectOnEveryType(Op& op, F expected)
+{
+    for (ClImage::EDataType eType : AllTypes())
+        for (uint32_t nPlanes : {1u, 3u})
+        {
+            SCOPED_TRACE(std::string(ClImage::TypeText(eType)) + " " + std::to_string(nPlanes));
+            const ClImage source = RandomImage(eType, 9, 5, nPlanes, 81, 1.0);
+            ClImage image;
+            image.Assign(source);
+            ASSERT_EQ(op.Run(&image), 0);
+            const double a = source.LowerBound(), b = source.UpperBound();
+            EXPECT_EQ(CountWrong(source, image,
+                                 [&](auto s, int32_t i, int32_t, auto)
+                                 { return expected(s, i, a, b); }),
+                      0);
+        }
 }
 
 // One sample of any type, as a double.
