@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "operators/IpConvertDataType.h"
@@ -7,14 +9,8 @@ using namespace TestImages;
 
 TEST(IpConvertDataType, RoundingAddsAHalfAndIntegersWrapWithoutClamping)
 {
-    const struct
-    {
-        ClImage::EDataType eIn;
-        double dIn;
-        ClImage::EDataType eOut;
-        bool bRound;
-        double dOut;
-    } cases[] = {
+    // Input type and value, output type, rounding flag, expected value.
+    const std::tuple<ClImage::EDataType, double, ClImage::EDataType, bool, double> cases[] = {
         {ClImage::eUInt8, 7, ClImage::eFloat32, true, 7.5},
         {ClImage::eDouble64, 2.4, ClImage::eUInt8, true, 2},
         {ClImage::eDouble64, 2.6, ClImage::eUInt8, true, 3},
@@ -28,17 +24,16 @@ TEST(IpConvertDataType, RoundingAddsAHalfAndIntegersWrapWithoutClamping)
         {ClImage::eFloat32, 1e10, ClImage::eInt32, false, -2147483648.0},
         {ClImage::eInt32, 123456, ClImage::eDefaultType, true, 123456}, // a copy
     };
-    for (const auto& c : cases)
+    for (const auto& [eIn, dIn, eType, bRound, dOut] : cases)
     {
-        SCOPED_TRACE(std::string(ClImage::TypeText(c.eIn)) + " " + std::to_string(c.dIn) + " -> " +
-                     ClImage::TypeText(c.eOut));
-        ClImage in = OneRow(c.eIn, {c.dIn}), out;
+        SCOPED_TRACE(std::string(ClImage::TypeText(eIn)) + " " + std::to_string(dIn));
+        ClImage in = OneRow(eIn, {dIn}), out;
         ClIpConvertDataType convert;
-        convert.m_bRound = c.bRound;
-        ASSERT_EQ(convert.Run(&in, &out, c.eOut), 0);
-        const ClImage::EDataType eOut = c.eOut == ClImage::eDefaultType ? c.eIn : c.eOut;
+        convert.m_bRound = bRound;
+        ASSERT_EQ(convert.Run(&in, &out, eType), 0);
+        const ClImage::EDataType eOut = eType == ClImage::eDefaultType ? eIn : eType;
         ASSERT_EQ(out.DataType(), eOut);
-        EXPECT_EQ(SampleAt(out, 0, 0), c.dOut);
+        EXPECT_EQ(SampleAt(out, 0, 0), dOut);
         EXPECT_EQ(out.LowerBound(), OneRow(eOut, {0}).LowerBound()); // the type's own
     }
 }
