@@ -1,157 +1,86 @@
 #include <cmath>
-#include <random>
 
 #include <gtest/gtest.h>
 
+#include "image/ImageTestSupport.h"
 #include "operators/IpBinarizeGlobal.h"
-#include "sdk/Exception.h"
-#include "support/OperatorTestImages.h"
+#include "support/SampleReference.h"
 
 using namespace TestImages;
 
-namespace
+TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
 {
-
-std::string Status(ClProcessorBase& op)
-{
-    char szText[512];
-    op.GetStatusText(szText, sizeof(szText));
-    return szText;
-}
-
-} // namespace
-
-TEST(IpBinarizeGlobal, DerivedThresholdAndColoursFromTheOutputRange)
-{
-    ClImage image;
-    image.Create(ClImage::eUInt8, 4, 1);
-    const uint8_t samples[] = {0, 127, 128, 255};
-    std::memcpy(image.Row<uint8_t>(0), samples, 4);
+    using Row = std::vector<double>;
+    // All parameters NaN: threshold 127.5, black 0 and white 255, in place.
+    ClImage image = OneRow(ClImage::eUInt8, {0, 127, 128, 255});
     const uint8_t* pBuffer = image.Data();
     ClIpBinarizeGlobal op;
     ASSERT_EQ(op.Run(&image), 0);
-    // In place: the input's own buffer is overwritten.
     EXPECT_EQ(image.Data(), pBuffer);
-    EXPECT_EQ(image.Row<uint8_t>(0)[0], 0);
-    EXPECT_EQ(image.Row<uint8_t>(0)[1], 0);
-    EXPECT_EQ(image.Row<uint8_t>(0)[2], 255);
-    EXPECT_EQ(image.Row<uint8_t>(0)[3], 255);
-    EXPECT_EQ(Status(op), "Thr128 [0;255]"); // 127.5 printed without decimals
+    EXPECT_EQ(RowOf(image), (Row{0, 0, 255, 255}));
+    char szText[64];
+    op.GetStatusText(szText, sizeof(szText));
+    EXPECT_STREQ(szText, "Thr128 [0;255]"); // 127.5 printed without decimals
 
-    // On floating images the range is -1 to 1 and the text has 4 decimals.
-    ClImage real;
-    real.Create(ClImage::eFloat32, 3, 1);
-    real.Row<float>(0)[0] = -0.01f;
-    real.Row<float>(0)[1] = 0.0f;
-    real.Row<float>(0)[2] = std::nanf("");
-    ASSERT_EQ(op.Run(&real), 0);
-    EXPECT_EQ(real.Row<float>(0)[0], -1.0f);
-    EXPECT_EQ(real.Row<float>(0)[1], 1.0f);
-    EXPECT_EQ(real.Row<float>(0)[2], -1.0f);
-    EXPECT_EQ(Status(op), "Thr0.0000 [-1.0000;1.0000]");
+    // On floating images the range is -1 to 1, a NaN sample counts as below,
+    // and the text has 4 decimals.
+    image = OneRow(ClImage::eFloat32, {-0.01, 0.0, std::nan("")});
+    ASSERT_EQ(op.Run(&image), 0);
+    EXPECT_EQ(RowOf(image), (Row{-1, 1, -1}));
+    op.GetStatusText(szText, sizeof(szText));
+    EXPECT_STREQ(szText, "Thr0.0000 [-1.0000;1.0000]");
+    ExpectThrows([&] { op.GetStatusText(szText, 8); }, ZRC_ERROR_INTERNAL,
+                 "String-Length exceeded available size");
 
-    char szShort[8];
-    try
-    {
-        op.GetStatusText(szShort, sizeof(szShort));
-        FAIL() << "the text fitted";
-    }
-    catch (const ClException& e)
-    {
-        EXPECT_EQ(e.GetCode(), ZRC_ERROR_INTERNAL);
-        EXPECT_EQ(Remark(e.GetMessage()), "String-Length exceeded available size");
-    }
-}
-
-TEST(IpBinarizeGlobal, IntegerThresholdIsRoundedUp)
-{
-    ClImage image;
-    image.Create(ClImage::eInt16, 4, 1);
-    const int16_t samples[] = {10, 11, -32768, 32767};
-    std::memcpy(image.Row<int16_t>(0), samples, sizeof(samples));
-    ClIpBinarizeGlobal op;
+    // 16-bit with threshold 10.2: the integer threshold is 11; black and
+    // white are cast, and Run with a threshold keeps them.
+    image = OneRow(ClImage::eInt16, {10, 11, -32768, 32767});
     op.m_dBlack = 3.0;
     op.m_dWhite = 9.7;
-    ClImage out;
-    ASSERT_EQ(op.Run(&image, &out, 10.2), 0);
-    EXPECT_EQ(At<int16_t>(out, 0, 0), 3);
-    EXPECT_EQ(At<int16_t>(out, 1, 0), 9);
-    EXPECT_EQ(At<int16_t>(out, 2, 0), 3);
-    EXPECT_EQ(At<int16_t>(out, 3, 0), 9);
-    // Run with a threshold keeps black and white.
+    ASSERT_EQ(op.Run(&image, &image, 10.2), 0);
+    EXPECT_EQ(RowOf(image), (Row{3, 9, 3, 9}));
     EXPECT_EQ(op.m_dBlack, 3.0);
-    EXPECT_EQ(op.m_dThreshold, 10.2);
 }
 
 TEST(IpBinarizeGlobal, EveryTypeAndPlaneMatchesAPlainComparison)
 {
-    std::mt19937 rng(71);
-    for (ClImage::EDataType eType : AllTypes())
-        for (uint32_t nPlanes : {1u, 3u})
-        {
-            SCOPED_TRACE(ClImage::TypeText(eType));
-            const ClImage source = RandomImage(eType, 11, 7, nPlanes, 72, 1.0);
-            ClImage in(source);
-            ClImage out;
-            ClIpBinarizeGlobal op;
-            const double dLower = source.LowerBound(), dUpper = source.UpperBound();
-            const double dThreshold = std::uniform_real_distribution<double>(dLower, dUpper)(rng);
-            op.m_dBlack = dLower + (dUpper - dLower) / 7;
-            op.m_dWhite = dUpper - (dUpper - dLower) / 5;
-            ASSERT_EQ(op.Run(&in, &out, dThreshold), 0);
-            int nWrong = 0;
-            (void)SelectDataType(
-                eType,
-                [&](auto tag)
-                {
-                    using T = typename decltype(tag)::Type;
-                    // Integer samples reach a threshold t exactly when they reach
-                    // t rounded up; floating ones compare in their own type.
-                    const T black = SampleFromDouble<T>(op.m_dBlack),
-                            white = SampleFromDouble<T>(op.m_dWhite);
-                    for (int32_t y = 0; y < 7; ++y)
-                        for (int32_t x = 0; x < 11; ++x)
-                            for (uint32_t p = 0; p < nPlanes; ++p)
-                            {
-                                const T s = At<T>(source, x, y, p);
-                                const bool bWhite = std::is_floating_point_v<T>
-                                                        ? s >= static_cast<T>(dThreshold)
-                                                        : static_cast<double>(s) >= dThreshold;
-                                nWrong += At<T>(out, x, y, p) != (bWhite ? white : black);
-                            }
-                    return 0;
-                });
-            EXPECT_EQ(nWrong, 0);
-        }
+    // Derived from the bounds a and b: threshold (a + b) ÷ 2, black a and
+    // white b. Integer samples reach a threshold exactly when they reach it
+    // rounded up; floating ones compare in their own type.
+    ClIpBinarizeGlobal op;
+    ExpectOnEveryType(op,
+                      [](auto s, int32_t, double a, double b)
+                      {
+                          using T = decltype(s);
+                          const bool bWhite = std::is_floating_point_v<T>
+                                                  ? s >= static_cast<T>((a + b) / 2)
+                                                  : s >= (a + b) / 2;
+                          return SampleFromDouble<T>(bWhite ? b : a);
+                      });
 }
 
 TEST(IpBinarizeGlobal, ThresholdsAndColoursOutsideTheRangeAreRefused)
 {
-    ClImage image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73);
-    const ClImage source(image);
-    ClImage out;
+    ClImage image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73), out;
     ClIpBinarizeGlobal op;
-    EXPECT_EQ(op.Run(&image, &out, 300.0), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    EXPECT_EQ(op.Run(&image, &out, -0.5), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    EXPECT_FALSE(op.CheckThreshold());
-    // With the threshold refused, CheckInput is the type check's answer.
-    EXPECT_TRUE(op.CheckInput());
+    // Threshold, black, white: only the last lies within 0 to 255.
+    const double cases[][3] = {
+        {300, 0, 255}, {-0.5, 0, 255}, {100, 0, 256}, {100, -1, 255}, {255, 0, 255}};
+    for (const auto& [dThreshold, dBlack, dWhite] : cases)
+    {
+        SCOPED_TRACE(std::to_string(dThreshold) + " " + std::to_string(dWhite));
+        op.m_dBlack = dBlack;
+        op.m_dWhite = dWhite;
+        const bool bValid = dThreshold == 255;
+        EXPECT_EQ(op.Run(&image, &out, dThreshold), bValid ? 0 : ZRC_ERROR_PARAM_OUT_OF_RANGE);
+        EXPECT_EQ(op.CheckThreshold() && op.CheckColours(), bValid);
+        // With an input, CheckInput is the type check's answer either way.
+        EXPECT_TRUE(op.CheckInput());
+    }
 
-    op.m_dWhite = 256.0;
-    EXPECT_EQ(op.Run(&image, &out, 100.0), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    EXPECT_FALSE(op.CheckColours());
-    op.m_dWhite = 255.0;
-    op.m_dBlack = -1.0;
-    EXPECT_EQ(op.Run(&image, &out, 100.0), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    op.m_dBlack = 0.0;
-    EXPECT_EQ(op.Run(&image, &out, 255.0), 0);
-    EXPECT_TRUE(op.CheckInput());
-
-    // Without images both checks fail, and CheckInput follows the type check.
+    // Without images both checks fail, and so does the type check.
     ClIpBinarizeGlobal bare;
     EXPECT_FALSE(bare.CheckThreshold());
     EXPECT_FALSE(bare.CheckColours());
     EXPECT_FALSE(bare.CheckInput());
-    bare.SetDefaults();
-    EXPECT_TRUE(std::isnan(bare.m_dThreshold));
 }
