@@ -1,6 +1,5 @@
 #pragma once
-// Helpers shared by the tests: exception checks and bitmap blocks built field
-// by field.
+// Helpers shared by the tests: exception checks and bitmap blocks.
 #include <cstring>
 #include <memory>
 #include <string>
@@ -41,12 +40,9 @@ inline std::vector<uint8_t> MakeBitmapBlock(int32_t nWidth, int32_t nHeight, uin
     const size_t nPixels = (static_cast<size_t>(nWidth) * nBitCount + 31) / 32 * 4 * nHeight;
     const size_t nStart = bFileHeader ? 14 : 0;
     std::vector<uint8_t> block(nStart + 40 + 4 * nEntries + nPixels);
-    if (bFileHeader)
-    {
-        const SentivoBitmapFileHeader file{0x4D42, static_cast<uint32_t>(block.size()), 0, 0,
-                                           static_cast<uint32_t>(nStart + 40 + 4 * nEntries)};
-        std::memcpy(block.data(), &file, sizeof(file));
-    }
+    const SentivoBitmapFileHeader file{0x4D42, static_cast<uint32_t>(block.size()), 0, 0,
+                                       static_cast<uint32_t>(nStart + 40 + 4 * nEntries)};
+    std::memcpy(block.data(), &file, nStart);
     std::memcpy(block.data() + nStart, &header, sizeof(header));
     for (size_t i = 0; i < nPixels; ++i)
         block[block.size() - nPixels + i] = static_cast<uint8_t>(i + 1);
@@ -60,9 +56,4 @@ inline std::unique_ptr<uint8_t[]> ExactCopy(const std::vector<uint8_t>& block, s
     std::unique_ptr<uint8_t[]> copy(new uint8_t[nSize]);
     std::memcpy(copy.get(), block.data(), nSize);
     return copy;
-}
-
-inline SentivoBitmapInfoHeader* InfoOf(std::vector<uint8_t>& block)
-{
-    return reinterpret_cast<SentivoBitmapInfoHeader*>(block.data());
 }
