@@ -32,13 +32,20 @@ int32_t ClPrNeuralNet::Process()
     for (uint32_t i = 0; i < n; ++i)
         x[i] = (*m_pInFeatures)[i];
 
+    // Without a projection the standardisation tables hold one entry per net
+    // input: a vector of another length is refused before they are read. The
+    // outcome (-44, output untouched) is the one the later check would give.
+    const bool bProject = m_pdProjection != nullptr && m_nProjectionSize > 0;
+    if (!bProject && m_pNetData->GetLayer(0)->nInputs != n)
+        SENTIVO_THROW("neural net error\n", ZRC_ERROR_INVALID_PARAMETER);
+
     if (m_pdMean != nullptr && m_pdScale != nullptr)
     {
         for (uint32_t i = 0; i < n; ++i)
             x[i] = (x[i] - m_pdMean[i]) / m_pdScale[i];
     }
 
-    if (m_pdProjection != nullptr && m_nProjectionSize > 0)
+    if (bProject)
     {
         const uint32_t k = static_cast<uint32_t>(m_nProjectionSize);
         TpArrayStatic<double> projected(k);
@@ -66,6 +73,13 @@ int32_t ClPrNeuralNet::Process()
     for (uint32_t i = 0; i < n; ++i)
         buffers[1][i] = 0.0;
 
+    // A layer that does not fit its buffers would read or write past them.
+    for (unsigned int l = 0; l < nLayers; ++l)
+    {
+        const NeuralNetLayer& layer = *m_pNetData->GetLayer(l);
+        if (layer.nInputs > buffers[l % 2].Size() || layer.nOutputs > buffers[(l + 1) % 2].Size())
+            SENTIVO_THROW("neural net error\n", ZRC_ERROR_INVALID_PARAMETER);
+    }
     for (unsigned int l = 0; l < nLayers; ++l)
         EvaluateLayer(*m_pNetData->GetLayer(l), buffers[l % 2].Data(), buffers[(l + 1) % 2].Data());
 

@@ -17,7 +17,10 @@ TEST(PrNeuralNet, TheMeanFeatureVectorGivesTheStatedOutputsAndAMisfitVectorIsRef
     NeuralNet::ClPrNeuralNet net;
     net.m_pNetData = &trained;
     net.m_pOutFeatures = &out;
-    // A vector of any other length than 42 leaves the output as it was.
+    net.m_pdMean = NeuralNet::g_FeatureMean;
+    net.m_pdScale = NeuralNet::g_FeatureScale;
+    // A vector of any other length than 42 leaves the output as it was, and
+    // the 42-entry tables are not read past their end.
     for (uint32_t nSize : {41u, 43u})
     {
         TpArrayStatic<double> misfit(nSize);
@@ -34,8 +37,6 @@ TEST(PrNeuralNet, TheMeanFeatureVectorGivesTheStatedOutputsAndAMisfitVectorIsRef
     for (uint32_t i = 0; i < in.Size(); ++i)
         in[i] = NeuralNet::g_FeatureMean[i];
     net.m_pInFeatures = &in;
-    net.m_pdMean = NeuralNet::g_FeatureMean;
-    net.m_pdScale = NeuralNet::g_FeatureScale;
     EXPECT_EQ(net.Run(), 0);
     ASSERT_EQ(out.Size(), 42u);
     EXPECT_EQ(make_tuple(out[0], out[1], out[2], out[3]),
