@@ -1,9 +1,9 @@
 // Min, max, mid and median against plain window definitions, over random
-// images of every sample type, odd sizes, several planes, every mode and
-// widths from negative to huge (the sanitizer build watches the buffers).
+// images of every sample type, odd sizes, several planes and widths.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <vector>
 
@@ -38,56 +38,34 @@ int32_t RunFilter(ClIpFilterBase& filter, ClImage* pIn, ClImage* pOut, int32_t n
 }
 
 // The samples a filter makes of one 8-bit row.
-std::vector<int> FilterRow(ClIpFilterBase& filter, std::vector<uint8_t> values, int32_t nWidth,
-                           int32_t nMode = eModeX)
+std::vector<int> FilterRow(ClIpFilterBase& filter, std::vector<uint8_t> values, int32_t nWidth)
 {
     ClImage in, out;
     in.Create(ClImage::eUInt8, int32_t(values.size()), 1);
     std::copy(values.begin(), values.end(), in.Row<uint8_t>(0));
-    EXPECT_EQ(0, RunFilter(filter, &in, &out, nWidth, nMode));
+    EXPECT_EQ(0, RunFilter(filter, &in, &out, nWidth, eModeX));
     return std::vector<int>(out.Row<uint8_t>(0), out.Row<uint8_t>(0) + out.Width());
 }
 
-// The samples of plane p in columns x0 to x1 and rows y0 to y1, with the
-// coordinates clamped to the image.
-template <typename T>
-std::vector<T> Window(const ClImage& in, long x0, long x1, long y0, long y1, uint32_t p)
-{
-    std::vector<T> v;
-    for (long y = y0; y <= y1; ++y)
-        for (long x = x0; x <= x1; ++x)
-            v.push_back(At<T>(in, std::clamp<long>(x, 0, in.Width() - 1),
-                              std::clamp<long>(y, 0, in.Height() - 1), p));
-    return v;
-}
-
-// The image of f(source, x, y, plane) over every sample.
-template <typename T, typename F> ClImage Map(const ClImage& in, F f)
+// The image whose sample (x, y, p) combines the samples of plane p in the
+// box {x0, x1, y0, y1} = box(x, y), coordinates clamped to the image.
+template <typename T, typename B, typename C> ClImage Walk(const ClImage& in, B box, C combine)
 {
     ClImage out;
     out.CreateLike(in);
     for (uint32_t p = 0; p < in.Planes(); ++p)
         for (long y = 0; y < in.Height(); ++y)
             for (long x = 0; x < in.Width(); ++x)
-                At<T>(out, x, y, p) = f(in, x, y, p);
+            {
+                const auto [x0, x1, y0, y1] = box(x, y);
+                std::vector<T> v;
+                for (long j = y0; j <= y1; ++j)
+                    for (long i = x0; i <= x1; ++i)
+                        v.push_back(At<T>(in, std::clamp<long>(i, 0, in.Width() - 1),
+                                          std::clamp<long>(j, 0, in.Height() - 1), p));
+                At<T>(out, x, y, p) = combine(v);
+            }
     return out;
-}
-
-// Integer sums start at the rounding term and divide toward zero; floating
-// sums run in double.
-template <typename T> T Mean(const std::vector<T>& v, long nDivisor, long nRound)
-{
-    std::conditional_t<std::is_integral_v<T>, int64_t, double> s =
-        std::is_integral_v<T> ? nRound : 0;
-    for (T x : v)
-        s += x;
-    return static_cast<T>(s / nDivisor);
-}
-
-template <typename T> T Middle(std::vector<T> v)
-{
-    std::nth_element(v.begin(), v.begin() + v.size() / 2, v.end());
-    return v[v.size() / 2];
 }
 
 // The code a run must give and, when it is 0, the expected image; nMember
@@ -98,69 +76,63 @@ int32_t Expected(int eFilter, int32_t nMode, int32_t& nMember, const ClImage& in
     if (eFilter == kMid)
         nMember |= 1; // forced odd before the run
     long w = nMember;
+    const long W = in.Width(), H = in.Height();
+    const bool bSquare = nMode == eModeXY && eFilter >= kMid; // one pass over a square
     expected = in;
     if (w <= 1)
         return 0; // copied, whatever the mode
-    if (nMode != eModeX && nMode != eModeY && nMode != eModeXY)
-        return nMode == eModeDirected || nMode == eModeDirectedOrtho ? ZRC_ERROR_FORMAT_NOTSUPPORTED
-                                                                     : -6;
-    if (eFilter == kMedian && w < 3)
+    if (eFilter == kMedian && (w < 3 || (bSquare && w > 100)))
         return ZRC_ERROR_PARAM_OUT_OF_RANGE;
-    const long W = in.Width(), H = in.Height();
-    if (eFilter == kMedian && nMode == eModeXY) // a histogram of the clamped box, 8-bit only
-    {
-        if (w > 100 || sizeof(T) != 1)
-            return w > 100 ? ZRC_ERROR_PARAM_OUT_OF_RANGE : ZRC_ERROR_FORMAT_NOTSUPPORTED;
+    if (eFilter == kMedian && bSquare && sizeof(T) != 1) // a histogram, 8-bit only
+        return ZRC_ERROR_FORMAT_NOTSUPPORTED;
+    if (eFilter == kMedian && bSquare)
         nMember |= 1;
-        expected = Map<T>(
-            in, [&](const ClImage& src, long x, long y, uint32_t p)
-            { return Middle(Window<T>(src, x - w / 2, x + w / 2, y - w / 2, y + w / 2, p)); });
-        return 0;
-    }
-    if (eFilter == kMid && nMode == eModeXY) // the cut-off box; smaller images are copied
-    {
-        if (W >= w && H >= w)
-            expected = Map<T>(in,
-                              [&](const ClImage& src, long x, long y, uint32_t p)
-                              {
-                                  const long h = w / 2;
-                                  const auto v =
-                                      Window<T>(src, std::max(0L, x - h), std::min(W - 1, x + h),
-                                                std::max(0L, y - h), std::min(H - 1, y + h), p);
-                                  return Mean(v, long(v.size()), 0);
-                              });
-        return 0;
-    }
-    if (eFilter == kMid) // shortened below the line length
-    {
-        nMember = int32_t(w = std::min(w, (nMode == eModeY ? H : W) - 1));
-        if (w == 0)
+    if (eFilter == kMid && bSquare && (W < w || H < w))
+        return 0;                    // smaller images are copied
+    if (eFilter == kMid && !bSquare) // shortened below the line length
+        if ((nMember = int32_t(w = std::min(w, (nMode == eModeY ? H : W) - 1))) == 0)
             return ZRC_ERROR_INTERNAL;
-    }
-    // Along a line the window is cut off at the ends; the median's stays
-    // symmetric, its half width at most the distance to the border.
-    auto line = [&](bool bColumn)
+    // Windows are cut off at the image's ends, except the median's: its
+    // square is clamped, and along a line it stays symmetric, its half width
+    // at most the distance to the border.
+    const long h = w / 2;
+    auto range = [&](long i, long n)
     {
-        return [&, bColumn](const ClImage& src, long x, long y, uint32_t p)
+        const long r = bSquare ? h : std::min({h, i, n - 1 - i});
+        return eFilter == kMedian ? std::pair{i - r, i + r}
+                                  : std::pair{std::max(0L, i - h), std::min(n - 1, i + h)};
+    };
+    auto window = [&](bool bX, bool bY)
+    {
+        return [&, bX, bY](long x, long y)
         {
-            const long i = bColumn ? y : x, n = bColumn ? H : W, h = w / 2,
-                       r = std::min({h, i, n - 1 - i});
-            const long lo = eFilter == kMedian ? i - r : std::max(0L, i - h),
-                       hi = eFilter == kMedian ? i + r : std::min(n - 1, i + h);
-            const std::vector<T> v =
-                bColumn ? Window<T>(src, x, x, lo, hi, p) : Window<T>(src, lo, hi, y, y, p);
-            if (eFilter == kMedian)
-                return Middle(v);
-            if (eFilter == kMid) // the divisor is at most w
-                return Mean(v, std::min(long(v.size()), w), h);
-            return eFilter == kMin ? *std::min_element(v.begin(), v.end())
-                                   : *std::max_element(v.begin(), v.end());
+            const auto [x0, x1] = bX ? range(x, W) : std::pair{x, x};
+            const auto [y0, y1] = bY ? range(y, H) : std::pair{y, y};
+            return std::array{x0, x1, y0, y1};
         };
     };
-    if (nMode & eModeX)
-        expected = Map<T>(expected, line(false));
-    if (nMode & eModeY) // Mode XY is Mode X, then Mode Y on its result
-        expected = Map<T>(expected, line(true));
+    // Mid: integer sums start at the rounding term (none on the square) and
+    // divide toward zero, by at most w along a line; floating sums run in double.
+    auto combine = [&](std::vector<T> v)
+    {
+        const long n = long(v.size());
+        std::conditional_t<std::is_integral_v<T>, int64_t, double> s = 0;
+        if constexpr (std::is_integral_v<T>)
+            s = bSquare ? 0 : h;
+        for (T x : v)
+            s += x;
+        if (eFilter == kMid)
+            return static_cast<T>(s / (bSquare ? n : std::min(n, w)));
+        const long k = eFilter == kMin ? 0 : eFilter == kMax ? n - 1 : n / 2;
+        std::nth_element(v.begin(), v.begin() + k, v.end());
+        return v[k];
+    };
+    if (bSquare)
+        expected = Walk<T>(in, window(true, true), combine);
+    if (!bSquare && (nMode & eModeX))
+        expected = Walk<T>(expected, window(true, false), combine);
+    if (!bSquare && (nMode & eModeY)) // Mode XY is Mode X, then Mode Y on its result
+        expected = Walk<T>(expected, window(false, true), combine);
     return 0;
 }
 
@@ -175,67 +147,54 @@ template <typename T> void CheckAll(const ClImage& in)
     ClIpFilterMedian median;
     ClIpFilterBase* filters[] = {&min, &max, &mid, &median};
     for (int eFilter : {kMin, kMax, kMid, kMedian})
-        for (int32_t nMode : {1, 2, 3, 8, 16, 0, 4, 99})
-            for (int32_t nWidth : {INT32_MIN, -5, 0, 1, 2, 3, 4, 5, 7, 11, 40, INT32_MAX})
+        for (int32_t nMode : {eModeX, eModeY, eModeXY})
+            for (int32_t nWidth : {INT32_MIN, 1, 2, 3, 4, 7, 40})
             {
                 SCOPED_TRACE(testing::Message()
-                             << in.DataType() << " " << in.Width() << "x" << in.Height() << "x"
-                             << in.Planes() << " filter " << eFilter << " mode " << nMode
-                             << " width " << nWidth);
+                             << in.Width() << "x" << in.Height() << " filter " << eFilter
+                             << " mode " << nMode << " width " << nWidth);
                 ClImage input = in, out, expected;
                 int32_t nMember = nWidth;
                 const int32_t nCode = Expected<T>(eFilter, nMode, nMember, in, expected);
                 ASSERT_EQ(nCode, RunFilter(*filters[eFilter], &input, &out, nWidth, nMode));
                 EXPECT_EQ(nMember, filters[eFilter]->m_nFilterWidth);
-                if (nCode != 0)
-                    continue;
-                for (int32_t y = 0;
-                     eFilter == kMid && std::is_floating_point_v<T> && y < in.Height(); ++y)
+                const double dTolerance = eFilter != kMid || std::is_integral_v<T> ? 0
+                                          : std::is_same_v<T, float>               ? 0.05
+                                                                                   : 1e-7;
+                for (int32_t y = 0; nCode == 0 && y < in.Height(); ++y)
                     for (int64_t i = 0; i < int64_t(in.Width()) * in.Planes(); ++i)
-                        ASSERT_NEAR(expected.Row<T>(y)[i], out.Row<T>(y)[i],
-                                    (std::is_same_v<T, float> ? 0.05 : 1e-7));
-                ASSERT_TRUE((eFilter == kMid && std::is_floating_point_v<T>) ||
-                            TestImages::SameSamples(expected, out));
+                        ASSERT_NEAR(expected.Row<T>(y)[i], out.Row<T>(y)[i], dTolerance);
             }
 }
 
 } // namespace
 
-TEST(RankFilters, StatedExamples)
+TEST(RankFilters, StatedExamplesAndMedianLimits)
 {
     ClIpFilterMin min;
     ClIpFilterMax max;
     ClIpFilterMid mid;
     ClIpFilterMedian median;
     EXPECT_EQ((std::vector<int>{15, 20, 30, 35}), FilterRow(mid, {10, 20, 30, 40}, 3));
-    EXPECT_EQ((std::vector<int>{15, 20, 30, 35}), FilterRow(mid, {10, 20, 30, 40}, 9));
-    EXPECT_EQ(3, mid.m_nFilterWidth); // shortened to the row, kept in the member
     EXPECT_EQ((std::vector<int>{1, 1, 1, 7}), FilterRow(min, {5, 1, 7, 8}, 3));
     EXPECT_EQ((std::vector<int>{5, 7, 8, 8}), FilterRow(max, {5, 1, 7, 8}, 3));
-    ClImage bigger = TestImages::RandomImage(ClImage::eUInt8, 6, 5, 1, 4), out, empty;
-    ExpectThrows([&] { min.Run(&bigger, nullptr, 3, eModeX); }, -701, "m_pOutImage is not set");
 
-    ASSERT_EQ(0, median.Run(&bigger, &out, 3, eModeX));
+    ClImage in = TestImages::RandomImage(ClImage::eUInt8, 6, 5, 1, 4), out;
+    ASSERT_EQ(0, median.Run(&in, &out, 3, eModeX));
     const uint8_t* pBefore = out.Data();
-    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, median.Run(&bigger, &out, 2, eModeX));
+    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, median.Run(&in, &out, 2, eModeX));
     EXPECT_EQ(pBefore, out.Data()); // the output stays as it was
-    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, median.Run(&bigger, &out, 101, eModeXY));
-    ASSERT_EQ(0, median.Run(&bigger, &out, 100, eModeXY)); // tested before the forcing to odd
+    EXPECT_EQ(ZRC_ERROR_PARAM_OUT_OF_RANGE, median.Run(&in, &out, 101, eModeXY));
+    ASSERT_EQ(0, median.Run(&in, &out, 100, eModeXY)); // tested before the forcing to odd
     EXPECT_EQ(101, median.m_nFilterWidth);
-    EXPECT_EQ((std::vector<int>{7}), FilterRow(median, {7}, 5, eModeXY));
-    EXPECT_EQ(ZRC_ERROR_BITMAP_DIMENSION, median.Run(&empty, &out, 3, eModeX));
-    for (ClIpFilterBase* pFilter :
-         {(ClIpFilterBase*)&min, (ClIpFilterBase*)&max, (ClIpFilterBase*)&mid}) // unknown data type
-        EXPECT_EQ(ZRC_ERROR_INTERNAL, RunFilter(*pFilter, &empty, &out, 3, eModeX));
 }
 
 TEST(RankFilters, MatchTheirWindowDefinitionsOnRandomImagesOfEveryType)
 {
-    const std::tuple<int32_t, int32_t, uint32_t> kSizes[] = {
-        {1, 1, 1}, {1, 7, 1}, {7, 1, 1}, {2, 2, 1}, {5, 3, 1}, {13, 9, 1}, {31, 17, 1}, {6, 5, 3}};
     uint32_t nSeed = 1;
     for (ClImage::EDataType eType : TestImages::AllTypes())
-        for (auto [w, h, nPlanes] : kSizes)
+        for (auto [w, h, nPlanes] :
+             {std::tuple{1, 1, 1u}, {1, 7, 1u}, {7, 1, 1u}, {5, 3, 1u}, {13, 9, 1u}, {6, 5, 3u}})
         {
             const ClImage in = TestImages::RandomImage(eType, w, h, nPlanes, nSeed++);
             SelectDataType(eType,
