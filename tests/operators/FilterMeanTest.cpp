@@ -1,5 +1,5 @@
 // ClIpFunctorMean against a plain evaluation of its fixed-point definition,
-// over every sample type, mode and odd width, plus hand-worked values.
+// over every sample type, mode and width, plus hand-worked values.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,18 +24,12 @@ using Acc = std::conditional_t<std::is_floating_point_v<T>, T,
 template <typename T> Acc<T> Weight(int32_t w)
 {
     using A = Acc<T>;
-    if constexpr (std::is_integral_v<A>)
-    {
-        const int32_t nRaw = 2048 / w + 1;
-        return static_cast<A>(nRaw / ((int64_t(nRaw) * w) >> 11));
-    }
-    else
-    {
-        A sum = 0;
-        for (int32_t k = 0; k < w; ++k)
-            sum += A(1) / A(w);
-        return (A(1) / A(w)) / sum;
-    }
+    const int32_t nRaw = 2048 / w + 1;
+    A sum = 0; // floating weights are normalised by their running sum
+    for (int32_t k = 0; k < w; ++k)
+        sum += A(1) / A(w);
+    return std::is_integral_v<A> ? static_cast<A>(nRaw / ((int64_t(nRaw) * w) >> 11))
+                                 : (A(1) / A(w)) / sum;
 }
 
 // Output (x, y) of the definition for the normalised width w: the sum of
@@ -90,127 +84,81 @@ T Reference(const ClImage& in, int64_t x, int64_t y, uint32_t p, int32_t w, int3
 // Compares the output inside the box {left, right, bottom, top} with the
 // definition and outside it with `outside`.
 template <typename T>
-void Check(const ClImage& in, const ClImage& out, int32_t w, int32_t nMode, const ClImage& dx,
-           const ClImage& dy, const ClImage& outside,
+void Check(const ClImage& in, const ClImage& out, int32_t w, int32_t nMode, const ClImage* pDx,
+           const ClImage* pDy, const ClImage& outside,
            std::array<int32_t, 4> box = {0, INT32_MAX, 0, INT32_MAX})
 {
     for (uint32_t p = 0; p < in.Planes(); ++p)
         for (int32_t y = 0; y < in.Height(); ++y)
             for (int32_t x = 0; x < in.Width(); ++x)
             {
-                const T expected = x >= box[0] && x <= box[1] && y >= box[2] && y <= box[3]
-                                       ? Reference<T>(in, x, y, p, w, nMode, At<int8_t>(dx, x, y),
-                                                      At<int8_t>(dy, x, y))
-                                       : At<T>(outside, x, y, p);
+                const T expected =
+                    x >= box[0] && x <= box[1] && y >= box[2] && y <= box[3]
+                        ? Reference<T>(in, x, y, p, w, nMode, pDx ? At<int8_t>(*pDx, x, y) : 0,
+                                       pDy ? At<int8_t>(*pDy, x, y) : 0)
+                        : At<T>(outside, x, y, p);
                 ASSERT_TRUE(TestImages::BitEqual(expected, At<T>(out, x, y, p)))
                     << x << "," << y << "," << p;
             }
 }
 
-template <typename T> ClImage Constant(int32_t w, int32_t h, T value)
-{
-    ClImage image;
-    image.Create(SampleTraits<T>::eType, w, h);
-    image.Fill(value);
-    return image;
-}
-
 } // namespace
 
-TEST(IpFunctorMean, StatedValues)
+TEST(IpFunctorMean, StatedValuesAndABox)
 {
     ClIpFunctorMean mean;
-    ClImage in = Constant<uint8_t>(9, 7, 200), bright = Constant<uint8_t>(9, 7, 255), out;
-    for (int32_t nMode : {eModeX, eModeY, eModeXY})
-    {
-        ASSERT_EQ(0, mean.Run(&in, &out, 3, nMode)); // 683 x 3 = 2049: (200 * 2049) >> 11 = 200
-        EXPECT_EQ(200, At<uint8_t>(out, 0, 0));
-        ASSERT_EQ(0, mean.Run(&bright, &out, 5, nMode)); // 410 x 5 = 2050: 255 stays
-        EXPECT_EQ(255, At<uint8_t>(out, 8, 6));
-    }
-    // 293 x 7 = 2051: a bright 16-bit constant comes out brighter.
-    ClImage words = Constant<uint16_t>(9, 7, 60000);
-    ASSERT_EQ(0, mean.Run(&words, &out, 7, eModeX));
-    EXPECT_EQ(60087, At<uint16_t>(out, 4, 3));
+    ClImage in, out;
+    in.Create(ClImage::eUInt8, 9, 7);
+    // 683 x 3 = 2049: (200 * 2049) >> 11 = 200; 410 x 5 = 2050: 255 stays;
     // 98 x 21 = 2058: (255 * 2058) >> 11 = 256 wraps to 0 in 8 bits.
-    ASSERT_EQ(0, mean.Run(&bright, &out, 21, eModeX));
-    EXPECT_EQ(0, At<uint8_t>(out, 4, 3));
+    for (auto [nValue, nWidth, nMode, nExpected] : {std::tuple{200, 3, eModeX, 200},
+                                                    {200, 3, eModeXY, 200},
+                                                    {255, 5, eModeY, 255},
+                                                    {255, 5, eModeXY, 255},
+                                                    {255, 21, eModeX, 0}})
+    {
+        in.Fill(uint8_t(nValue));
+        ASSERT_EQ(0, mean.Run(&in, &out, nWidth, nMode));
+        EXPECT_EQ(nExpected, At<uint8_t>(out, 0, 6)) << nWidth << " " << nMode;
+    }
+    ExpectThrows([&] { mean.Run(&in, &out, 3, 4); }, -6, "Unknown error code.");
 
-    // Half-pixel steps along 10, 20, 30, 40, 50: pixel 2 takes 20, 30, 30,
-    // 40, 40; pixel 0 cannot step left and repeats itself; pixel 4 cannot
-    // step right.
-    ClImage row = Constant<uint8_t>(5, 1, 0);
-    for (int32_t x = 0; x < 5; ++x)
-        At<uint8_t>(row, x, 0) = static_cast<uint8_t>(10 * (x + 1));
-    ClImage dx = Constant<int8_t>(5, 1, 64), dy = Constant<int8_t>(5, 1, 0);
-    ASSERT_EQ(0, mean.Run(&row, &out, 5, eModeDirected, &dx, &dy));
-    const int expected[] = {14, 22, 32, 42, 48};
-    for (int32_t x = 0; x < 5; ++x)
-        EXPECT_EQ(expected[x], At<uint8_t>(out, x, 0)) << x;
-    // Zero steps average the pixel with itself.
-    ClImage noise = TestImages::RandomImage(ClImage::eUInt8, 6, 5, 1, 8),
-            zero = Constant<int8_t>(6, 5, 0);
-    ASSERT_EQ(0, mean.Run(&noise, &out, 3, eModeDirectedOrtho, &zero, &zero));
-    EXPECT_TRUE(TestImages::SameSamples(noise, out));
+    ClImage words = TestImages::RandomImage(ClImage::eInt16, 10, 8, 1, 31), before;
+    out = TestImages::RandomImage(ClImage::eInt16, 10, 8, 1, 32);
+    before.Assign(out);
+    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiBox; // only the box changes
+    mean.m_nROILeft = 2, mean.m_nROIRight = 9, mean.m_nROIBottom = 1, mean.m_nROITop = 4;
+    ASSERT_EQ(0, mean.Run(&words, &out, 5, eModeXY));
+    Check<int16_t>(words, out, 5, eModeXY, nullptr, nullptr, before, {2, 9, 1, 4});
 }
 
 TEST(IpFunctorMean, MatchesTheDefinitionOnRandomImagesOfEveryType)
 {
     uint32_t nSeed = 100;
     for (ClImage::EDataType eType : TestImages::AllTypes())
-        for (auto [w, h, nPlanes] :
-             {std::tuple{1, 1, 1u}, {1, 6, 1u}, {7, 1, 1u}, {5, 3, 1u}, {13, 9, 1u}, {6, 5, 3u}})
+        for (auto [w, h, nPlanes] : {std::tuple{1, 1, 1u}, {7, 1, 1u}, {13, 9, 1u}, {6, 5, 3u}})
         {
             ClImage in = TestImages::RandomImage(eType, w, h, nPlanes, nSeed++);
             ClImage dx = TestImages::RandomImage(ClImage::eInt8, w, h, 1, nSeed++);
             ClImage dy = TestImages::RandomImage(ClImage::eInt8, w, h, 1, nSeed++);
             // Widths below 1 run as 3, even ones as the next odd; the member keeps it.
-            for (auto [nWidth, nRuns] :
-                 {std::pair{INT32_MIN, 3}, {0, 3}, {4, 5}, {9, 9}, {31, 31}, {1000, 1001}})
+            for (auto [nWidth, nRuns] : {std::pair{INT32_MIN, 3}, {4, 5}, {9, 9}, {31, 31}})
                 for (int32_t nMode : {eModeX, eModeY, eModeXY, eModeDirected, eModeDirectedOrtho})
                 {
                     SCOPED_TRACE(testing::Message()
-                                 << ClImage::TypeText(eType) << " " << w << "x" << h << "x"
-                                 << nPlanes << " width " << nWidth << " mode " << nMode);
+                                 << ClImage::TypeText(eType) << " " << w << "x" << h << " width "
+                                 << nWidth << " mode " << nMode);
                     ClIpFunctorMean mean;
                     ClImage out;
                     ASSERT_EQ(0, mean.Run(&in, &out, nWidth, nMode, &dx, &dy));
                     EXPECT_EQ(nRuns, mean.m_nFilterWidth);
-                    if (nRuns < 100 || nMode != eModeXY) // the plain box is too slow then
-                        SelectDataType(eType,
-                                       [&](auto tag)
-                                       {
-                                           Check<typename decltype(tag)::Type>(in, out, nRuns,
-                                                                               nMode, dx, dy, out);
-                                           return 0;
-                                       });
+                    SelectDataType(eType,
+                                   [&](auto tag)
+                                   {
+                                       using T = typename decltype(tag)::Type;
+                                       Check<T>(in, out, nRuns, nMode, &dx, &dy, out);
+                                       return 0;
+                                   });
                 }
         }
-}
-
-TEST(IpFunctorMean, ABoxChangesOnlyItsSamplesAndOtherRegionsAreRefused)
-{
-    ClImage in = TestImages::RandomImage(ClImage::eInt16, 10, 8, 1, 31);
-    ClImage out = TestImages::RandomImage(ClImage::eInt16, 10, 8, 1, 32), before,
-            zero = Constant<int8_t>(10, 8, 0);
-    before.Assign(out);
-    ClIpFunctorMean mean;
-    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiBox;
-    mean.m_nROILeft = 2, mean.m_nROIRight = 9, mean.m_nROIBottom = 1, mean.m_nROITop = 4;
-    ASSERT_EQ(0, mean.Run(&in, &out, 5, eModeXY));
-    Check<int16_t>(in, out, 5, eModeXY, zero, zero, before, {2, 9, 1, 4});
-
-    ClImage mask = TestImages::RandomImage(ClImage::eUInt8, 6, 1, 1, 4);
-    mean.m_pROIMask = &mask;
-    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiMask;
-    ExpectThrows([&] { mean.Run(&in, &out, 3, eModeX); }, -44,
-                 "Mask region of interest not supported yet");
-    mean.m_nRegionOfInterest = 7;
-    ExpectThrows([&] { mean.Run(&in, &out, 3, eModeX); }, -44, "unknown region of interest");
-    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiAll;
-    for (int32_t nMode : {0, 4, 5, 99})
-        ExpectThrows([&] { mean.Run(&in, &out, 3, nMode); }, -6, "Unknown error code.");
-    ClImage odd;
-    odd.Create(ClImage::eDefaultType, 3, 3);
-    EXPECT_EQ(ZRC_ERROR_INTERNAL, mean.Run(&odd, &out, 3, eModeX));
 }
