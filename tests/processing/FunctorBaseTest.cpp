@@ -1,4 +1,4 @@
-// The functor line's checks of images, boxes, masks and step images, and
+// The functor line's checks of images, boxes and step images, and
 // its work through a temporary when output and input are one object.
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ ClImage Image(ClImage::EDataType eType, int32_t w, int32_t h)
 
 } // namespace
 
-TEST(IpFunctor1To1Base, RefusesMissingImagesBadBoxesMasksAndStepImages)
+TEST(IpFunctor1To1Base, RefusesBadImagesBoxesAndStepsAndWorksInPlace)
 {
     ClPlusOne f;
     EXPECT_EQ("-701 Input image not assigned", Refusal(f));
@@ -71,11 +71,6 @@ TEST(IpFunctor1To1Base, RefusesMissingImagesBadBoxesMasksAndStepImages)
         EXPECT_EQ(szRefusal, Refusal(f)) << l << " " << r << " " << b << " " << t;
     }
 
-    f.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiMask; // a mask is one 8-bit row
-    ClImage imageShaped = Image(ClImage::eUInt8, 8, 6), byteRow = Image(ClImage::eUInt8, 8, 1);
-    EXPECT_EQ("-44 Mask seems not to be a mask", (f.m_pROIMask = &imageShaped, Refusal(f)));
-    EXPECT_EQ("", (f.m_pROIMask = &byteRow, Refusal(f)));
-
     // Directed modes need signed 8-bit step images of the input's size.
     f.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiAll;
     ClImage dx = Image(ClImage::eInt8, 8, 6), dy = Image(ClImage::eInt8, 8, 6);
@@ -90,11 +85,9 @@ TEST(IpFunctor1To1Base, RefusesMissingImagesBadBoxesMasksAndStepImages)
         f.m_pDxImage = pDx, f.m_pDyImage = pDy, f.m_nMode = nMode;
         EXPECT_EQ(std::string(szRefusal), Refusal(f)) << nMode;
     }
-}
 
-TEST(IpFunctor1To1Base, WorksInPlaceThroughATemporaryUnlessAskedNotTo)
-{
-    ClPlusOne f;
+    // One object as input and output: the work goes through a temporary
+    // unless the in-place flag is set.
     const ClImage original = Image(ClImage::eUInt8, 5, 4);
     ClImage image;
     image.Assign(original);
@@ -102,8 +95,7 @@ TEST(IpFunctor1To1Base, WorksInPlaceThroughATemporaryUnlessAskedNotTo)
     ASSERT_EQ(0, f.Run());
     EXPECT_NE(&image, f.m_pExecutedOut);
     EXPECT_EQ(uint8_t(At<uint8_t>(original, 4, 3) + 1), At<uint8_t>(image, 4, 3));
-
-    f.m_bInPlace = true; // now the filter gets the one object as its output
+    f.m_bInPlace = true;
     const uint8_t* pBuffer = image.Data();
     ASSERT_EQ(0, f.Run());
     EXPECT_EQ(&image, f.m_pExecutedOut);
