@@ -109,7 +109,6 @@ TEST(IpFunctorMean, StatedValuesAndABox)
     // 683 x 3 = 2049: (200 * 2049) >> 11 = 200; 410 x 5 = 2050: 255 stays;
     // 98 x 21 = 2058: (255 * 2058) >> 11 = 256 wraps to 0 in 8 bits.
     for (auto [nValue, nWidth, nMode, nExpected] : {std::tuple{200, 3, eModeX, 200},
-                                                    {200, 3, eModeXY, 200},
                                                     {255, 5, eModeY, 255},
                                                     {255, 5, eModeXY, 255},
                                                     {255, 21, eModeX, 0}})

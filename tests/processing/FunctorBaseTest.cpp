@@ -44,18 +44,13 @@ std::string Refusal(ClIp1To1BaseFilter& filter)
     }
 }
 
-ClImage Image(ClImage::EDataType eType, int32_t w, int32_t h)
-{
-    return TestImages::RandomImage(eType, w, h, 1, 11);
-}
-
 } // namespace
 
 TEST(IpFunctor1To1Base, RefusesBadImagesBoxesAndStepsAndWorksInPlace)
 {
     ClPlusOne f;
     EXPECT_EQ("-701 Input image not assigned", Refusal(f));
-    ClImage in = Image(ClImage::eUInt8, 8, 6), out;
+    ClImage in = TestImages::RandomImage(ClImage::eUInt8, 8, 6, 1, 11), out;
     f.m_pInImage = &in;
     EXPECT_EQ("-701 Output image not assigned", Refusal(f));
     f.m_pOutImage = &out;
@@ -73,8 +68,10 @@ TEST(IpFunctor1To1Base, RefusesBadImagesBoxesAndStepsAndWorksInPlace)
 
     // Directed modes need signed 8-bit step images of the input's size.
     f.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiAll;
-    ClImage dx = Image(ClImage::eInt8, 8, 6), dy = Image(ClImage::eInt8, 8, 6);
-    ClImage unsignedDy = Image(ClImage::eUInt8, 8, 6), shortDy = Image(ClImage::eInt8, 8, 5);
+    ClImage dx = TestImages::RandomImage(ClImage::eInt8, 8, 6, 1, 11),
+            dy = TestImages::RandomImage(ClImage::eInt8, 8, 6, 1, 11);
+    ClImage unsignedDy = TestImages::RandomImage(ClImage::eUInt8, 8, 6, 1, 11),
+            shortDy = TestImages::RandomImage(ClImage::eInt8, 8, 5, 1, 11);
     for (auto [pDx, pDy, nMode, szRefusal] :
          {std::tuple{&dx, &unsignedDy, eModeDirectedOrtho,
                      "-44 In[Dx|Dy]Iimage must be signed 8 bit"},
@@ -88,7 +85,7 @@ TEST(IpFunctor1To1Base, RefusesBadImagesBoxesAndStepsAndWorksInPlace)
 
     // One object as input and output: the work goes through a temporary
     // unless the in-place flag is set.
-    const ClImage original = Image(ClImage::eUInt8, 5, 4);
+    const ClImage original = TestImages::RandomImage(ClImage::eUInt8, 5, 4, 1, 11);
     ClImage image;
     image.Assign(original);
     f.m_pInImage = f.m_pOutImage = &image;
