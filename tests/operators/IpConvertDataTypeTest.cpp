@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "operators/IpConvertDataType.h"
+#include "parameters/ParameterContainer.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -70,15 +71,18 @@ TEST(IpConvertDataType, EveryTypePairWithAndWithoutRounding)
             }
 }
 
-TEST(IpConvertDataType, OneObjectForBothRolesAndMissingImages)
+TEST(IpConvertDataType, OneObjectForBothRolesAndTheTypeByName)
 {
     const ClImage source = RandomImage(ClImage::eInt32, 5, 5, 1, 92);
-    ClImage image, out;
+    ClImage image;
     image.Assign(source);
     ClIpConvertDataType convert;
     ASSERT_EQ(convert.Run(&image, &image, ClImage::eDouble64), 0);
     EXPECT_EQ(image.DataType(), ClImage::eDouble64);
     EXPECT_EQ(At<double>(image, 4, 4), At<int32_t>(source, 4, 4) + 0.5);
-    EXPECT_EQ(convert.Run(nullptr, &out, ClImage::eUInt8), ZRC_ERROR_BITMAP_PTR);
-    EXPECT_EQ(convert.Run(&image, nullptr, ClImage::eUInt8), ZRC_ERROR_BITMAP_PTR);
+
+    ClParameterContainer tree;
+    convert.DefineParameters(tree);
+    tree.FindChild("OutImageType")->SetText("signed short");
+    EXPECT_EQ(convert.m_eOutImageType, ClImage::eInt16);
 }

