@@ -51,25 +51,10 @@ TEST(IpAnd, CombinesBytesRowByRowWithTheFirstsStride)
     }
 }
 
-TEST(IpAnd, RefusesOtherTypesAndPlanesAndStaysInsideANarrowSecond)
+TEST(IpAnd, RefusesMixedTypes)
 {
     ClImage u8 = RandomImage(ClImage::eUInt8, 4, 4, 1, 115);
     ClImage i8 = RandomImage(ClImage::eInt8, 4, 4, 1, 116), out;
-    ClIpAnd op;
-    EXPECT_EQ(op.Run(&u8, &i8, &out), ZRC_ERROR_PARAM_IS_MISSING);
+    EXPECT_EQ(ClIpAnd().Run(&u8, &i8, &out), ZRC_ERROR_PARAM_IS_MISSING);
     EXPECT_EQ(out.Data(), nullptr);
-
-    // With the size check off, a narrower second is still stepped by the
-    // first's stride: row 1 of the overlap would read it at byte 16, past
-    // its end, so the canvas keeps the placed second there.
-    ClImage wide = RandomImage(ClImage::eUInt8, 16, 4, 1, 120);
-    ClImage narrow = RandomImage(ClImage::eUInt8, 4, 4, 1, 121);
-    op.m_bSizeMustBeEqual = false;
-    ASSERT_EQ(op.Run(&wide, &narrow, &out), 0);
-    for (int32_t x = 0; x < 4; ++x)
-    {
-        EXPECT_EQ(At<uint8_t>(out, x, 0), At<uint8_t>(wide, x, 0) & At<uint8_t>(narrow, x, 0));
-        EXPECT_EQ(At<uint8_t>(out, x, 1), At<uint8_t>(narrow, x, 1));
-    }
-    EXPECT_EQ(At<uint8_t>(out, 9, 1), At<uint8_t>(wide, 9, 1));
 }
