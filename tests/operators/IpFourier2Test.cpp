@@ -62,14 +62,12 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
     {
         SCOPED_TRACE(std::to_string(w) + " x " + std::to_string(h));
         ClImage source = RandomImage(ClImage::eDouble64, w, h, 1, 131, 100.0);
-        source.SetResolution(500, 400);
         ClImage in(source), spectrum, back, before;
         ClIpFourier2 fourier;
         ASSERT_EQ(fourier.Run(&in, &spectrum), 0);
         ASSERT_TRUE(spectrum.DataType() == ClImage::eDouble64 && spectrum.Width() == w / 2 + 1 &&
                     spectrum.Height() == h && spectrum.Planes() == 2);
         EXPECT_EQ(spectrum.Origin(), 200u * 256 + static_cast<uint32_t>(w % 2));
-        EXPECT_EQ(spectrum.YResolution(), 400);
         const int32_t nStep = w * h > 100 ? 53 : 1;
         for (int32_t v = 0; v < h; v += nStep)
             for (int32_t u = 0; u <= w / 2; u += nStep)
@@ -81,7 +79,6 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
         before.Assign(spectrum);
         ASSERT_EQ(fourier.Run(&spectrum, &back), 0);
         ASSERT_TRUE(back.Width() == w && back.Height() == h && back.Planes() == 1);
-        EXPECT_EQ(back.YResolution(), 400);
         EXPECT_LE(MaxDifference(back, source), 1e-9);
         EXPECT_TRUE(SameSamples(spectrum, before));
     }
