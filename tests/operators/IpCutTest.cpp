@@ -40,15 +40,10 @@ TEST(IpCut, RectanglesOfEveryTypeMatchAPlainCopy)
             }
 }
 
-TEST(IpCut, WholeImageIsANewCopyAndOneObjectMayServeBothRoles)
+TEST(IpCut, OneObjectMayServeBothRoles)
 {
     const ClImage source = RandomImage(ClImage::eInt16, 7, 5, 1, 63);
-    ClImage in(source), out;
     ClIpCut cut;
-    ASSERT_EQ(cut.Run(&in, 0, 0, 7, 5, &out), 0);
-    EXPECT_TRUE(SameSamples(out, source));
-    EXPECT_NE(out.Data(), in.Data());
-
     ClImage image;
     image.Assign(source);
     ASSERT_EQ(cut.Run(&image, 2, 1, 3, 4, &image), 0);

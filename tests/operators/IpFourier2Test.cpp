@@ -102,13 +102,3 @@ TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
     ASSERT_TRUE(image.Width() == 7 && image.Planes() == 1);
     EXPECT_LE(MaxDifference(image, constant, 42.0), 1e-12);
 }
-
-TEST(IpFourier2, RefusedInputsWriteNoOutput)
-{
-    ClImage twoPlanes = RandomImage(ClImage::eDouble64, 4, 4, 2, 136);
-    ClImage floats = RandomImage(ClImage::eFloat32, 4, 4, 1, 139), out;
-    ClIpFourier2 fourier;
-    EXPECT_EQ(fourier.Run(&twoPlanes, &out), ZRC_ERROR_WSQ_GRAYSCALE_ONLY);
-    EXPECT_EQ(out.Data(), nullptr);
-    ExpectThrows([&] { fourier.Run(&floats, &out); }, ZRC_ERROR_FORMAT_NOTSUPPORTED);
-}
