@@ -40,17 +40,6 @@ TEST(IpCut, RectanglesOfEveryTypeMatchAPlainCopy)
             }
 }
 
-TEST(IpCut, OneObjectMayServeBothRoles)
-{
-    const ClImage source = RandomImage(ClImage::eInt16, 7, 5, 1, 63);
-    ClIpCut cut;
-    ClImage image;
-    image.Assign(source);
-    ASSERT_EQ(cut.Run(&image, 2, 1, 3, 4, &image), 0);
-    ASSERT_TRUE(image.Width() == 3 && image.Height() == 4);
-    EXPECT_EQ(At<int16_t>(image, 2, 3), At<int16_t>(source, 4, 4));
-}
-
 TEST(IpCut, LimitsAreCheckedWithTheirMessages)
 {
     ClImage in = RandomImage(ClImage::eUInt8, 8, 6, 1, 64);
