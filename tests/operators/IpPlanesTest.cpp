@@ -30,19 +30,6 @@ TEST(IpSplitJoinPlanes, RoundTripOfEveryTypeAndPlaneCount)
         }
 }
 
-TEST(IpSplitPlanes, SkippedPlanesAndOneObjectForInputAndPlane0)
-{
-    // Four planes with planes 1 and 2 not asked for, plane 0 into the input
-    // object itself.
-    const ClImage rgba = RandomImage(ClImage::eInt16, 4, 4, 4, 2);
-    ClImage image(rgba), p3;
-    ClIpSplitPlanes split;
-    ASSERT_EQ(split.Run(&image, &image, nullptr, nullptr, &p3), 0);
-    ASSERT_EQ(image.Planes(), 1u);
-    EXPECT_EQ(At<int16_t>(image, 2, 1), At<int16_t>(rgba, 2, 1, 0));
-    EXPECT_EQ(At<int16_t>(p3, 2, 1), At<int16_t>(rgba, 2, 1, 3));
-}
-
 TEST(IpJoinPlanes, ContentDecidesThePlanesAndAbsentPlanesAreFilled)
 {
     // RGB from planes 0 and 2; plane 1 takes its fill colour 7.
