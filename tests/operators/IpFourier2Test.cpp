@@ -81,9 +81,8 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
 
 TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
 {
-    // Forward and back in one object, which ends up holding each result with
-    // its size and planes; without the scaling a constant a comes back as
-    // a × n × h.
+    // Forward and back in one object; unscaled, a constant a comes back as
+    // a × w × h.
     ClImage constant, image;
     constant.Create(ClImage::eDouble64, 7, 6);
     constant.Fill(1.5);

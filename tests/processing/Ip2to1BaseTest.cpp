@@ -146,15 +146,6 @@ TEST(Ip2to1Base, InputChecksSizesAndCodes)
     EXPECT_EQ(op.Run(&a, &a, &out, static_cast<ClImage::EDataType>(3)), ZRC_ERROR_INTERNAL);
     EXPECT_EQ(out.Data(), nullptr);
 
-    // Three planes against one: the second's sample meets all three.
-    ClImage colour = RandomImage(ClImage::eInt32, 4, 3, 3, 51);
-    ClImage grey = RandomImage(ClImage::eInt32, 4, 3, 1, 52);
-    ASSERT_EQ(op.Run(&colour, &grey, &out, ClImage::eDouble64), 0);
-    EXPECT_EQ(CountWrong(colour, out,
-                         [&](auto s, int32_t i, int32_t y, auto)
-                         { return s - SampleAt(grey, i / 3, y) / 2.0; }),
-              0);
-
     // The output may be one of the inputs.
     ClImage first;
     first.Assign(a);

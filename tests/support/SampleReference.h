@@ -12,9 +12,8 @@
 namespace TestImages
 {
 
-// Counts the samples of out (width × planes per row, in the input's shape)
-// that are not bit-equal to expected(s, i, y, TOut()), with s the input's
-// sample, i its index in row y; an unknown type counts as -101.
+// Counts samples of out (width × planes per row) not bit-equal to
+// expected(s, i, y, TOut()), s being the input's sample i of row y.
 template <typename F> int CountWrong(const ClImage& in, const ClImage& out, F expected)
 {
     auto count = [&](auto inTag, auto outTag)
