@@ -33,9 +33,7 @@ public:
         ++nCalls;
         return 2.0 * dSample + 1.5;
     }
-
-    int nCalls = 0;
-    int nPrepared = 0;
+    int nCalls = 0, nPrepared = 0;
 };
 
 template <typename T> T Expected(T s)
