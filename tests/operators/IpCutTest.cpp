@@ -40,65 +40,18 @@ TEST(IpCut, RectanglesOfEveryTypeMatchAPlainCopy)
             }
 }
 
-TEST(IpCut, WholeImageIsANewCopyAndOneObjectMayServeBothRoles)
+TEST(IpCut, LimitsAreCheckedWithTheirMessages)
 {
-    const ClImage source = RandomImage(ClImage::eInt16, 7, 5, 1, 63);
-    ClImage in(source), out;
+    ClImage in = RandomImage(ClImage::eUInt8, 8, 6, 1, 64), out;
     ClIpCut cut;
-    ASSERT_EQ(cut.Run(&in, 0, 0, 7, 5, &out), 0);
-    EXPECT_TRUE(SameSamples(out, source));
-    EXPECT_NE(out.Data(), in.Data());
-
-    ClImage image;
-    image.Assign(source);
-    ASSERT_EQ(cut.Run(&image, 2, 1, 3, 4, &image), 0);
-    ASSERT_TRUE(image.Width() == 3 && image.Height() == 4);
-    EXPECT_EQ(At<int16_t>(image, 2, 3), At<int16_t>(source, 4, 4));
-
-    // The values are read through the pointers; the fields keep their values
-    // between runs.
-    int32_t nOuterX = 6;
-    cut.m_pnX0 = &nOuterX;
-    cut.m_nDestWidth = 1;
-    cut.m_nDestHeight = 1;
-    ASSERT_EQ(cut.Run(&in, &out), 0);
-    EXPECT_EQ(At<int16_t>(out, 0, 0), At<int16_t>(source, 6, 1)); // y0 kept from the last run
-}
-
-TEST(IpCut, LimitsAreCheckedInOrderWithTheirMessages)
-{
-    ClImage in = RandomImage(ClImage::eUInt8, 8, 6, 1, 64);
-    ClImage out;
-    ClIpCut cut;
-    const int32_t kRange = ZRC_ERROR_PARAM_OUT_OF_RANGE;
-    const struct
-    {
-        int32_t x0, y0, w, h, nCode;
-        const char* szRemark;
-    } cases[] = {
-        {-1, -1, 1, 1, kRange, "ClIpCut::Process. m_nX0<0"},
-        {0, -1, -1, 1, kRange, "ClIpCut::Process. m_nY0<0"},
-        {8, 6, 1, 1, kRange, "ClIpCut::Process. m_nX0>=m_pInImage->Width()"},
-        {7, 6, -1, 1, kRange, "ClIpCut::Process. m_nY0>=m_pInImage->Height()"},
-        {7, 5, -1, -1, kRange, "ClIpCut::Process. m_nDestWidth < 0"},
-        {7, 5, 9, -1, kRange, "ClIpCut::Process. m_nDestHeight < 0"},
-        {3, 5, 6, 9, kRange, "ClIpCut::Process. m_nX0+m_nDestWidth > m_pInImage->Width()"},
-        {3, 2, 5, 5, kRange, "ClIpCut::Process. m_nY0+m_nDestHeight > m_pInImage->Height()"},
-        // Sums that would overflow 32 bits are still too large.
-        {3, 2, std::numeric_limits<int32_t>::max(), 1, kRange, nullptr},
-        // An empty rectangle is refused by the image itself.
-        {1, 1, 0, 2, ZRC_ERROR_INTERNAL, "Image area must be positive"},
-        {1, 1, 2, 0, ZRC_ERROR_INTERNAL, "Image area must be positive"},
-    };
-    for (const auto& c : cases)
-    {
-        SCOPED_TRACE(std::to_string(c.x0) + "," + std::to_string(c.y0) + " " + std::to_string(c.w) +
-                     "x" + std::to_string(c.h));
-        ExpectThrows([&] { cut.Run(&in, c.x0, c.y0, c.w, c.h, &out); }, c.nCode, c.szRemark);
-    }
+    ExpectThrows([&] { cut.Run(&in, -1, -1, 1, 1, &out); }, ZRC_ERROR_PARAM_OUT_OF_RANGE,
+                 "ClIpCut::Process. m_nX0<0");
+    ExpectThrows([&] { cut.Run(&in, 3, 2, 5, 5, &out); }, ZRC_ERROR_PARAM_OUT_OF_RANGE,
+                 "ClIpCut::Process. m_nY0+m_nDestHeight > m_pInImage->Height()");
+    // Sums that would overflow 32 bits are still too large.
+    ExpectThrows([&] { cut.Run(&in, 3, 2, std::numeric_limits<int32_t>::max(), 1, &out); },
+                 ZRC_ERROR_PARAM_OUT_OF_RANGE);
     EXPECT_EQ(out.Data(), nullptr);
-
     // Reaching exactly the right and bottom edges is accepted.
     EXPECT_EQ(cut.Run(&in, 3, 2, 5, 4, &out), 0);
-    EXPECT_EQ(out.Width(), 5);
 }

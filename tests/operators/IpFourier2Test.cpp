@@ -1,7 +1,5 @@
 #include <cmath>
 #include <complex>
-#include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -54,25 +52,20 @@ double MaxDifference(const ClImage& image, const ClImage& reference, double dFac
 
 TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
 {
-    // Odd and even sizes, 1 × 1 and a capture among them: width w gives a
-    // spectrum w / 2 + 1 wide whose origin word keeps the parity, and the
-    // inverse width w. Every element of the small spectra is checked, a
-    // sample of the capture's.
+    // Width w gives a spectrum w / 2 + 1 wide whose origin word keeps the
+    // parity; every element of small spectra is checked, a sample of a capture's.
     const std::pair<int32_t, int32_t> sizes[] = {{1, 1}, {5, 1}, {1, 4}, {4, 3}, {5, 3},
                                                  {5, 5}, {6, 4}, {7, 3}, {2, 9}, {320, 480}};
     for (const auto& [w, h] : sizes)
     {
         SCOPED_TRACE(std::to_string(w) + " x " + std::to_string(h));
         ClImage source = RandomImage(ClImage::eDouble64, w, h, 1, 131, 100.0);
-        source.SetResolution(500, 400);
-        ClImage in(source), spectrum, back, before;
+        ClImage in(source), spectrum, back;
         ClIpFourier2 fourier;
         ASSERT_EQ(fourier.Run(&in, &spectrum), 0);
         ASSERT_TRUE(spectrum.DataType() == ClImage::eDouble64 && spectrum.Width() == w / 2 + 1 &&
                     spectrum.Height() == h && spectrum.Planes() == 2);
-        EXPECT_EQ(spectrum.Content(), ClImage::eComplexSpectrum);
         EXPECT_EQ(spectrum.Origin(), 200u * 256 + static_cast<uint32_t>(w % 2));
-        EXPECT_EQ(spectrum.YResolution(), 400);
         const int32_t nStep = w * h > 100 ? 53 : 1;
         for (int32_t v = 0; v < h; v += nStep)
             for (int32_t u = 0; u <= w / 2; u += nStep)
@@ -80,26 +73,16 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
                             1e-7)
                     << v << "," << u;
 
-        // The inverse leaves the spectrum given intact.
-        before.Assign(spectrum);
         ASSERT_EQ(fourier.Run(&spectrum, &back), 0);
         ASSERT_TRUE(back.Width() == w && back.Height() == h && back.Planes() == 1);
-        EXPECT_EQ(back.YResolution(), 400);
         EXPECT_LE(MaxDifference(back, source), 1e-9);
-        EXPECT_TRUE(SameSamples(spectrum, before));
-        // It reads whatever the origin word says about the width; width 0
-        // has no plan and writes no output.
-        spectrum.SetOrigin(spectrum.Origin() ^ 1);
-        EXPECT_EQ(fourier.Run(&spectrum, &back), w == 1 ? ZRC_ERROR_INTERNAL : 0);
-        EXPECT_EQ(back.Width(), w == 1 ? 1 : w % 2 ? w - 1 : w + 1);
     }
 }
 
 TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
 {
-    // Forward and back in one object, which ends up holding each result with
-    // its size and planes; without the scaling a constant a comes back as
-    // a × n × h.
+    // Forward and back in one object; unscaled, a constant a comes back as
+    // a × w × h.
     ClImage constant, image;
     constant.Create(ClImage::eDouble64, 7, 6);
     constant.Fill(1.5);
@@ -112,54 +95,4 @@ TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
     ASSERT_EQ(fourier.Run(&image), 0);
     ASSERT_TRUE(image.Width() == 7 && image.Planes() == 1);
     EXPECT_LE(MaxDifference(image, constant, 42.0), 1e-12);
-}
-
-TEST(IpFourier2, RefusedInputsWriteNoOutput)
-{
-    ClImage twoPlanes = RandomImage(ClImage::eDouble64, 4, 4, 2, 136);
-    ClImage flat = RandomImage(ClImage::eDouble64, 4, 4, 1, 137);
-    ClImage floats = RandomImage(ClImage::eFloat32, 4, 4, 1, 139);
-    ClImage grey = RandomImage(ClImage::eDouble64, 4, 4, 1, 140), out;
-    flat.SetContent(ClImage::eComplexSpectrum); // one plane: no complex values
-    ClIpFourier2 fourier;
-    EXPECT_EQ(fourier.Run(&twoPlanes, &out), ZRC_ERROR_WSQ_GRAYSCALE_ONLY);
-    EXPECT_EQ(fourier.Run(&flat, &out), ZRC_ERROR_WSQ_GRAYSCALE_ONLY);
-    EXPECT_EQ(out.Data(), nullptr);
-    ExpectThrows([&] { fourier.Run(&floats, &out); }, ZRC_ERROR_FORMAT_NOTSUPPORTED);
-    ExpectThrows([&] { fourier.Run(nullptr, &out); }, ZRC_ERROR_BAD_POINTER,
-                 "Input image not assigned");
-
-    // The reporting check wants an input, no output, and a transformable image.
-    ClIpFourier2 check;
-    for (ClImage* pInput : {&grey, &twoPlanes, &flat, &floats})
-    {
-        check.m_pInImage = pInput;
-        EXPECT_EQ(check.CheckInput(), pInput == &grey || pInput == &flat);
-    }
-    check.m_pOutImage = &out;
-    EXPECT_FALSE(check.CheckInput());
-}
-
-TEST(IpFourier2, ThreadsTransformAtTheSameTime)
-{
-    const ClImage source = RandomImage(ClImage::eDouble64, 31, 24, 1, 141);
-    ClImage expected, copy(source);
-    ASSERT_EQ(ClIpFourier2().Run(&copy, &expected), 0);
-    std::vector<int> wrong(4, 0);
-    auto transform = [&](int t)
-    {
-        for (int round = 0; round < 25; ++round)
-        {
-            ClImage in(source), spectrum, back;
-            ClIpFourier2 fourier;
-            wrong[t] += fourier.Run(&in, &spectrum) != 0 || !SameSamples(spectrum, expected) ||
-                        fourier.Run(&spectrum, &back) != 0 || MaxDifference(back, source) > 1e-12;
-        }
-    };
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back(transform, t);
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, std::vector<int>(4, 0));
 }

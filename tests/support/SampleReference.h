@@ -1,7 +1,5 @@
 #pragma once
-// The reference harness of the sample-by-sample operators: every output
-// sample against what a reference function expects of the input's sample at
-// the same place, for any pair of sample types.
+// The reference harness of the sample-by-sample operators.
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -14,9 +12,8 @@
 namespace TestImages
 {
 
-// Counts the samples of out (width × planes per row, in the input's shape)
-// that are not bit-equal to expected(s, i, y, TOut()), with s the input's
-// sample, i its index in row y; an unknown type counts as -101.
+// Counts samples of out (width × planes per row) not bit-equal to
+// expected(s, i, y, TOut()), s being the input's sample i of row y.
 template <typename F> int CountWrong(const ClImage& in, const ClImage& out, F expected)
 {
     auto count = [&](auto inTag, auto outTag)
@@ -34,9 +31,8 @@ template <typename F> int CountWrong(const ClImage& in, const ClImage& out, F ex
     return SelectDataTypes(in.DataType(), out.DataType(), count);
 }
 
-// Runs op with one object for both roles on a random image of every type,
-// one and three planes, and compares it with expected(s, i, a, b), a and b
-// being the image's bounds.
+// Runs op in place on random images of every type, one and three planes,
+// against expected(s, i, a, b), a and b being the image's bounds.
 template <typename Op, typename F> void ExpectOnEveryType(Op& op, F expected)
 {
     for (ClImage::EDataType eType : AllTypes())
@@ -69,8 +65,7 @@ inline double SampleAt(const ClImage& image, int32_t x, int32_t y, uint32_t p = 
     return d;
 }
 
-// A one-row image of the given type holding the values, each cast to the
-// sample type.
+// A one-row image of the given type holding the values.
 inline ClImage OneRow(ClImage::EDataType eType, std::initializer_list<double> values)
 {
     ClImage image;
