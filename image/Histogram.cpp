@@ -105,3 +105,31 @@ double ClHistogram::StdDev(int32_t nFirst, int32_t nLast) const
         dAll += nBin;
     return std::sqrt(dSum / (dAll - 1.0)) - m_nOffset;
 }
+
+int64_t ClHistogram::SumOfLowest(int64_t n) const
+{
+    int64_t nCount = 0, nSum = 0;
+    int32_t b = 0;
+    for (;; ++b)
+    {
+        nCount += m_nBins[b];
+        nSum += static_cast<int64_t>(b) * m_nBins[b];
+        if (nCount >= n || b == 255)
+            break;
+    }
+    return nSum - (nCount - n) * b;
+}
+
+int64_t ClHistogram::SumOfHighest(int64_t n) const
+{
+    int64_t nCount = 0, nSum = 0;
+    int32_t b = 255;
+    for (;; --b)
+    {
+        nCount += m_nBins[b];
+        nSum += static_cast<int64_t>(b) * m_nBins[b];
+        if (nCount >= n || b == 0)
+            break;
+    }
+    return nSum - (nCount - n) * b;
+}

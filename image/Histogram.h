@@ -24,6 +24,14 @@ public:
     // histogram: the trained stages rest on that.
     double StdDev(int32_t nFirst, int32_t nLast) const;
 
+    // Grey sum of the n lowest (highest) samples: bins are added from 0
+    // upward (255 downward) until at least n samples are collected or the
+    // last bin was added, and the samples of the last bin added that
+    // overshoot n are taken off again. The stages that measure the darkest
+    // or brightest part of a box share this rule.
+    int64_t SumOfLowest(int64_t n) const;
+    int64_t SumOfHighest(int64_t n) const;
+
     // Bin i counts the samples whose value is i - m_nOffset.
     uint32_t m_nBins[256] = {};
     // 0 for unsigned images, 128 for signed ones.
