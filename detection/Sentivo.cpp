@@ -3,11 +3,28 @@
 #include <cmath>
 #include <cstring>
 
+
 #include "classifier/ScoreMapping.h"
+#include "detection/IpFingerprintPositionCheck.h"
+#include "detection/IpPrepareFeatureExtraction.h"
+#include "detection/IpSimpleBacklightCheck.h"
+#include "image/Histogram.h"
+#include "operators/IpSubtract.h"
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterEnumPointer.h"
 #include "parameters/ParameterNumeric.h"
 #include "sdk/Exception.h"
+
+namespace
+{
+
+// Sum of squared profile changes above which the finger is moving.
+constexpr double kMovementLimit = 10000.0;
+// Black capture pixels in the window 20, 20 to 299, 459 (exclusive) above
+// which the illumination is too high.
+constexpr uint32_t kIlluminationLimit = 1000;
+
+} // namespace
 
 ClSentivo::ClSentivo()
 {
@@ -93,17 +110,107 @@ int32_t ClSentivo::Process()
     return 0;
 }
 
-// The two halves are stages of their own that this build does not contain
-// yet; a run reports that plainly instead of making up a result.
+// The finger half: a chain of tests that answer by failing. A run that gets
+// to the end leaves the prepared image and the fast mask in the object and
+// records that a finger was found, which the fake half asks for.
 void ClSentivo::RunFingerHalf()
 {
     m_bFingerFound = false;
-    SENTIVO_THROW("The finger detection is not built yet", ZRC_ERROR_INTERNAL);
+
+    // 1-4. The working images: a white image, the capture copied, and white
+    // minus (dark minus backlight), which no step reads.
+    ClImage white;
+    white.Create(ClImage::eUInt8, pInDarkImage->Width(), pInDarkImage->Height());
+    white.Fill<uint8_t>(255);
+    m_PreparedImage.Assign(*pInCurrentImage);
+    {
+        ClImage difference;
+        ClIpSubtract subtract;
+        subtract.Run(pInDarkImage, pInBacklightImage, &difference);
+        subtract.Run(&white, &difference, &m_BacklightImage);
+    }
+
+    // 5. The band profile. The stage is fed the copy of the capture and the
+    // white image, not the two light images: so the profile is 255 less the
+    // mean of each band's 256 darkest capture pixels. That wiring is meant.
+    double adProfile[kProfileBands];
+    ClIpSimpleBacklightCheck profile;
+    profile.pInBacklightImage = &m_PreparedImage;
+    profile.pInDarkImage = &white;
+    profile.m_pdOutProfile = adProfile;
+    profile.Run();
+
+    // 6-7. Movement: the squared change of the profile since the last
+    // capture. The new profile is kept whatever follows, so a still finger
+    // passes on the second capture.
+    double s = 0.0;
+    for (int i = 0; i < kProfileBands; ++i)
+    {
+        const double d = m_PreviousProfile[i] - adProfile[i];
+        s += d * d;
+        m_PreviousProfile[i] = adProfile[i];
+    }
+    if (m_pRecord != nullptr)
+    {
+        m_pRecord->bMovement = true;
+        m_pRecord->dMovementSum = s;
+    }
+    if (bMovementDetection && s > kMovementLimit)
+        SENTIVO_THROW("Finger is moving\n", ZRC_ERROR_BITMAP_NO_FINGER);
+
+    // 8. The prepared image and the fast mask.
+    ClIpPrepareFeatureExtraction prepare;
+    prepare.pInImage = pInCurrentImage;
+    prepare.pOutMask = &m_FastMask;
+    prepare.pOutImage = &m_PreparedImage;
+    prepare.Run();
+    if (m_pRecord != nullptr)
+        m_pRecord->bPrepared = true;
+
+    // 9. Illumination: too many black pixels of the capture itself.
+    ClHistogram histogram;
+    histogram.Create(*pInCurrentImage, 20, 20, 299, 459);
+    if (histogram.m_nBins[0] > kIlluminationLimit)
+        SENTIVO_THROW("illumination to high\n", ZRC_ERROR_LD_ILLUMINATION_TOO_HIGH);
+
+    // 10. Position. The error is caught and a copy of it thrown again.
+    // Outside the strict level a print that misses the lower
+    // edge or lies skewed is forgiven; a print too small never is.
+    try
+    {
+        ClIpFingerprintPositionCheck position;
+        position.pInImage = &m_FastMask;
+        position.Run();
+    }
+    catch (const ClException& e)
+    {
+        const int32_t nCode = e.GetCode();
+        if (m_bStrict || (nCode != ZRC_ERROR_LD_NO_FINGERPRINT_IN_LOWER_AREA &&
+                          nCode != ZRC_ERROR_LD_FINGER_PLACED_SKEWLY))
+            throw ClException(e);
+    }
+
+    // 11.
+    m_bFingerFound = true;
 }
 
 void ClSentivo::RunFakeHalf()
 {
+    if (!m_bFingerFound)
+        SENTIVO_THROW("no finger in images", ZRC_ERROR_BITMAP_NO_FINGER);
     SENTIVO_THROW("The fake detection is not built yet", ZRC_ERROR_INTERNAL);
+}
+
+void ClSentivo::StRunRecord::Clear()
+{
+    bMovement = false;
+    dMovementSum = 0.0;
+    bPrepared = false;
+    nFalloff = -1;
+    Features.Create(0);
+    bNet = false;
+    dNetOutput = 0.0;
+    MaskedImage.Clear();
 }
 
 double ClSentivo::ScoreOfNetOutput(double dNetOutput) const

@@ -69,6 +69,24 @@ public:
     TpArrayStatic<double> m_NetOutput;
     ClImage m_FinalMask;
 
+    // What a run measured on its way, for tools that show a run. A tool
+    // hooks a record in; the flow only writes to it and is the same without
+    // it. Null in normal use.
+    struct StRunRecord
+    {
+        bool bMovement;                 // the movement test was reached
+        double dMovementSum;
+        bool bPrepared;                 // the fast mask was made
+        int8_t nFalloff;                // -1 not run, 0 rejected, 1 passed
+        TpArrayStatic<double> Features; // empty until the features were made
+        bool bNet;                      // the net ran
+        double dNetOutput;
+        ClImage MaskedImage;            // empty until the feature driver made it
+        StRunRecord() { Clear(); }
+        void Clear();
+    };
+    StRunRecord* m_pRecord = nullptr;
+
 private:
     void BuildValidAreaMask();
     void RunFingerHalf();

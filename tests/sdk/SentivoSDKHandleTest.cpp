@@ -134,7 +134,7 @@ TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTh
     ASSERT_EQ(Set(1, accepted) + Set(2, accepted), 0);
     EXPECT_EQ(Set(0, Block([](Header& h) { h.biWidth = 200, h.biYPelsPerMeter = 19882; })), -13);
     EXPECT_EQ(Set(0, Block(kNarrow, 1)), -21);
-    EXPECT_EQ(SentivoDetectFinger(m_h), -101);
+    EXPECT_EQ(SentivoDetectFinger(m_h), ZRC_ERROR_BITMAP_NO_FINGER);
     EXPECT_EQ(Set(0, Block(kNarrow)), 0);
     EXPECT_EQ(SentivoDetectFinger(m_h), -14);
 }
