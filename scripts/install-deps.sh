@@ -9,6 +9,8 @@ packages=(
     libboost-dev        # boost::shared_ptr and its array deleters
     libgtest-dev libgmock-dev
     libbenchmark-dev
+    nlohmann-json3-dev  # JSON of the tool and of the conformance test
+    libpng-dev          # the tool's PNG images
 )
 
 missing=()

@@ -1,0 +1,142 @@
+// Every run of the conformance set (captures with the results that an
+// independent implementation computed for them) through the library, each
+// mismatch reported by run name and quantity.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "CaptureRun.h"
+#include "support/Sha256.h"
+
+namespace
+{
+
+using nlohmann::json;
+using SentivoTool::CaptureResult;
+using SentivoTool::RunSettings;
+
+const std::string kFolder = SENTIVO_SOURCE_DIR "/tests/conformance/";
+
+// The image's bytes, row 0 first, without padding; "" for no image.
+std::string ImageHash(const ClImage& image)
+{
+    if (image.Data() == nullptr)
+        return "";
+    std::vector<uint8_t> bytes;
+    for (int32_t y = 0; y < image.Height(); ++y)
+    {
+        const uint8_t* pRow = image.Row<uint8_t>(y);
+        bytes.insert(bytes.end(), pRow, pRow + image.Width());
+    }
+    return TestSupport::Sha256(bytes);
+}
+
+// Collects the mismatches of one run.
+class Comparison
+{
+public:
+    explicit Comparison(std::string run) : m_run(std::move(run)) {}
+
+    void Exact(const std::string& quantity, const json& expected, double actual)
+    {
+        if (expected.is_null() || expected.get<double>() != actual)
+            Report(quantity, expected.dump(), actual);
+    }
+    void Text(const std::string& quantity, const json& expected, const std::string& actual)
+    {
+        const std::string wanted = expected.is_null() ? "" : expected.get<std::string>();
+        if (wanted != actual)
+            m_lines.push_back(m_run + ": " + quantity + " expected " + expected.dump() +
+                              ", got " + json(actual).dump());
+    }
+    void Absent(const std::string& quantity, const json& expected, bool bPresent)
+    {
+        if (expected.is_null() && bPresent)
+            m_lines.push_back(m_run + ": " + quantity + " expected none, got a value");
+    }
+    const std::vector<std::string>& Lines() const { return m_lines; }
+
+private:
+    void Report(const std::string& quantity, const std::string& expected, double actual)
+    {
+        std::ostringstream text;
+        text.precision(17);
+        text << m_run << ": " << quantity << " expected " << expected << ", got " << actual;
+        m_lines.push_back(text.str());
+    }
+
+    std::string m_run;
+    std::vector<std::string> m_lines;
+};
+
+json ReadExpected()
+{
+    std::ifstream in(kFolder + "expected.json");
+    return json::parse(in);
+}
+
+CaptureResult RunOf(const json& run)
+{
+    RunSettings settings;
+    settings.nSecurityLevel = run.at("security_level").get<int32_t>();
+    settings.bMovementDetection = run.at("movement_detection").get<bool>();
+    const std::string previous = run.at("previous").get<std::string>();
+    settings.ePrevious = previous == "none"   ? RunSettings::eNone
+                         : previous == "same" ? RunSettings::eSame
+                                              : RunSettings::eOther;
+    auto read = [](const std::string& path) { return SentivoTool::ReadBmpFile(kFolder + path); };
+    SentivoTool::BmpFile current = read(run.at("current"));
+    SentivoTool::BmpFile backlight = read(run.at("backlight"));
+    SentivoTool::BmpFile dark = read(run.at("dark"));
+    SentivoTool::BmpFile earlier;
+    if (settings.ePrevious == RunSettings::eOther)
+        earlier = read(previous);
+    return SentivoTool::RunCapture(current, backlight, dark, settings, &earlier);
+}
+
+void CompareFingerHalf(const json& expected, const CaptureResult& result, Comparison& compare)
+{
+    compare.Exact("finger_code", expected.at("finger_code"), result.nFingerCode);
+    compare.Text("finger_message", expected.at("finger_message"), result.fingerMessage);
+    const json& profile = expected.at("profile");
+    compare.Absent("profile", profile, result.bProfile);
+    if (!profile.is_null())
+    {
+        for (int i = 0; i < CaptureResult::kProfileBands; ++i)
+            compare.Exact("profile[" + std::to_string(i) + "]", profile.at(i),
+                          result.bProfile ? result.adProfile[i] : std::nan(""));
+        compare.Exact("movement_sum", expected.at("movement_sum"),
+                      result.bProfile ? result.dMovementSum : std::nan(""));
+    }
+    const json& hashes = expected.at("sha256");
+    compare.Text("sha256.prepared", hashes.at("prepared"), ImageHash(result.prepared));
+    compare.Text("sha256.fast_mask", hashes.at("fast_mask"), ImageHash(result.fastMask));
+}
+
+TEST(Conformance, EveryRunAgreesWithTheIndependentResults)
+{
+    const json expected = ReadExpected();
+    std::vector<std::string> mismatches;
+    int nRuns = 0;
+    for (const json& run : expected.at("runs"))
+    {
+        Comparison compare(run.at("name").get<std::string>());
+        const CaptureResult result = RunOf(run);
+        CompareFingerHalf(run.at("expected"), result, compare);
+        mismatches.insert(mismatches.end(), compare.Lines().begin(), compare.Lines().end());
+        ++nRuns;
+    }
+    EXPECT_EQ(nRuns, 68);
+    std::string report;
+    for (const std::string& line : mismatches)
+        report += line + "\n";
+    EXPECT_TRUE(mismatches.empty()) << mismatches.size() << " mismatches:\n" << report;
+}
+
+} // namespace

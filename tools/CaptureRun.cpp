@@ -1,0 +1,125 @@
+#include "CaptureRun.h"
+
+#include <cmath>
+#include <cstring>
+#include <stdexcept>
+
+#include "sdk/Exception.h"
+#include "sdk/SentivoSDKHandle.h"
+
+namespace SentivoTool
+{
+
+namespace
+{
+
+// Raises a std::runtime_error for a code that is not success.
+void Expect(int32_t nCode, const char* szWhat)
+{
+    if (nCode != ZRC_SUCCESS)
+        throw std::runtime_error(std::string(szWhat) + " failed with code " + std::to_string(nCode));
+}
+
+// Runs one call of the handle and turns a library exception into its code.
+template <typename F> int32_t Call(F&& f, std::string* pMessage = nullptr)
+{
+    try
+    {
+        f();
+        return ZRC_SUCCESS;
+    }
+    catch (const ClException& e)
+    {
+        if (pMessage != nullptr)
+            *pMessage = StageMessage(e.GetMessage());
+        return e.GetCode();
+    }
+}
+
+} // namespace
+
+std::string StageMessage(const char* szText)
+{
+    const char* szBreak = std::strchr(szText, '\n');
+    return szBreak == nullptr ? std::string(szText) : std::string(szBreak + 1);
+}
+
+CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
+                         const RunSettings& settings, BmpFile* pPrevious)
+{
+    CaptureResult result;
+    ClSentivoSDKHandle handle;
+    ClSentivo& detection = handle.Detection();
+    detection.nSecurityLevel = settings.nSecurityLevel;
+    detection.bMovementDetection = settings.bMovementDetection;
+
+    auto load = [&](int32_t nIndex, BmpFile& file)
+    { return Call([&] { handle.SetImage(nIndex, file.Block(), file.BlockSize()); }); };
+    BmpFile* pFirst = settings.ePrevious == RunSettings::eOther ? pPrevious : &current;
+    if (settings.ePrevious == RunSettings::eOther && pPrevious == nullptr)
+        throw std::invalid_argument("the previous capture is missing");
+    for (int32_t nCode : {load(0, *pFirst), load(1, backlight), load(2, dark)})
+    {
+        if (nCode != ZRC_SUCCESS)
+        {
+            result.nCode = result.nFingerCode = nCode;
+            return result;
+        }
+    }
+    if (settings.ePrevious != RunSettings::eNone)
+    {
+        Call([&] { handle.DetectFinger(); });
+        if (pFirst != &current)
+            Expect(load(0, current), "loading the current image");
+    }
+
+    ClSentivo::StRunRecord record;
+    detection.m_pRecord = &record;
+    double dScore = 0.0;
+    std::string message;
+    result.nCode = Call([&] { handle.EvaluateLiveliness(&dScore); }, &message);
+    detection.m_pRecord = nullptr;
+
+    // The finger half passed when it recorded a finger; a failure then came
+    // from the fake half.
+    if (detection.m_bFingerFound)
+        result.nFingerCode = 0;
+    else
+    {
+        result.nFingerCode = result.nCode;
+        result.fingerMessage = message;
+    }
+    if (record.bMovement)
+    {
+        result.bProfile = true;
+        result.dMovementSum = record.dMovementSum;
+        std::memcpy(result.adProfile, detection.m_PreviousProfile, sizeof(result.adProfile));
+        // The prepared image holds the copy of the capture until the
+        // preparation replaces it.
+        result.prepared = detection.m_PreparedImage;
+    }
+    if (record.bPrepared)
+        result.fastMask = detection.m_FastMask;
+    result.nFalloff = record.nFalloff;
+    result.features.assign(record.Features.Data(), record.Features.Data() + record.Features.Size());
+    if (record.bNet)
+    {
+        result.bNetOutput = true;
+        result.dNetOutput = record.dNetOutput;
+        // The row the score mapping reads; a NaN output lands on row 0.
+        result.k = std::isnan(record.dNetOutput) ? 0 : static_cast<int32_t>(record.dNetOutput * 999);
+    }
+    if (record.MaskedImage.Data() != nullptr)
+    {
+        result.finalMask = detection.m_FinalMask;
+        result.masked = record.MaskedImage;
+    }
+    if (result.nCode == ZRC_SUCCESS)
+    {
+        result.bScore = true;
+        result.dScore = dScore;
+    }
+    return result;
+}
+
+} // namespace SentivoTool

@@ -1,0 +1,65 @@
+#pragma once
+// One capture judged the way the tools and the conformance test show it:
+// the three bitmap files through a handle's image checks, an optional first
+// finger detection (as a scanner's earlier capture), then one evaluation of
+// both halves, with everything the run measured on its way.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "BmpFile.h"
+#include "image/FpImage.h"
+
+namespace SentivoTool
+{
+
+struct RunSettings
+{
+    int32_t nSecurityLevel = 1;
+    bool bMovementDetection = true;
+    // Where the previous band profile comes from.
+    enum EPrevious
+    {
+        eNone,    // a new handle
+        eSame,    // the finger half ran once on the same capture
+        eOther    // it ran once with another current image and the same light pair
+    } ePrevious = eNone;
+};
+
+struct CaptureResult
+{
+    static constexpr int kProfileBands = 28;
+
+    // The evaluation as a whole: its code and the library's description.
+    int32_t nCode = 0;
+    // The finger half: its code and the stage's own text ("" on a pass).
+    int32_t nFingerCode = 0;
+    std::string fingerMessage;
+    // The band profile stored for the next run and the movement sum; unset
+    // where the run did not reach the movement test.
+    bool bProfile = false;
+    double adProfile[kProfileBands] = {};
+    double dMovementSum = 0.0;
+    // The fake half: -1 not run (or relaxed level), 0 rejected, 1 passed.
+    int nFalloff = -1;
+    std::vector<double> features; // empty until made
+    bool bNetOutput = false;
+    double dNetOutput = 0.0;
+    int32_t k = 0; // the rate-table row, integer part of net output x 999
+    bool bScore = false;
+    double dScore = 0.0;
+    // The intermediate images, empty where the run did not make them.
+    ClImage prepared, fastMask, finalMask, masked;
+};
+
+// Loads the three files into a new handle (a file the image check refuses
+// ends the run with that code) and evaluates. pPrevious is the current
+// image of the earlier capture for RunSettings::eOther.
+CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
+                         const RunSettings& settings, BmpFile* pPrevious = nullptr);
+
+// The text of a library exception without the table's first line: the
+// stage's own message.
+std::string StageMessage(const char* szText);
+
+} // namespace SentivoTool
