@@ -55,15 +55,19 @@ int32_t ClIpPrepareFeatureExtraction::Process()
     Subtract(m_Envelope, prepared, m_Texture);
     MaxFilter(m_Texture, m_Envelope, kTextureWidth);
     MeanFilter(m_Envelope, m_Smoothed, kTextureWidth);
+    MakeFastMask(m_Smoothed, mask);
+    return 0;
+}
 
-    // 6-7. The mask: 255 where the texture is above 32.
-    mask.Create(ClImage::eUInt8, prepared.Width(), prepared.Height(), 1);
+void ClIpPrepareFeatureExtraction::MakeFastMask(ClImage& texture, ClImage& mask)
+{
+    // 6-7. 255 where the texture is above 32.
+    mask.Create(ClImage::eUInt8, texture.Width(), texture.Height(), 1);
     PixelWalk::ForEachPixel([](uint8_t t, uint8_t& m) { m = t > kTextureThreshold ? 255 : 0; },
-                            PixelWalk::View<const uint8_t>(m_Smoothed),
+                            PixelWalk::View<const uint8_t>(texture),
                             PixelWalk::View<uint8_t>(mask));
 
-    // 8-9. Isolated texture removed.
-    MeanFilter(mask, m_Smoothed, kCleanWidth);
-    Binarize(m_Smoothed, mask, kCleanThreshold);
-    return 0;
+    // 8-9. Isolated texture removed (the texture's image is free by now).
+    MeanFilter(mask, texture, kCleanWidth);
+    Binarize(texture, mask, kCleanThreshold);
 }

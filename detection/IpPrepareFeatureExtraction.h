@@ -14,6 +14,10 @@ public:
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpPrepareFeatureExtraction"; }
     int32_t Process() override;
+    // Steps 6-9 on the smoothed texture: 255 where it is above 32, then
+    // isolated texture removed. Public so that its limits can be tested on
+    // a texture of known values.
+    void MakeFastMask(ClImage& texture, ClImage& mask);
 
     ClImage* pInImage = nullptr;
     ClImage* pOutMask = nullptr;  // the fast mask, 8-bit, 0 and 255

@@ -1,11 +1,15 @@
 #include "detection/Sentivo.h"
 
 #include <cstdint>
+#include <string>
 #include <tuple>
 
 #include <gtest/gtest.h>
 
+#include "BmpFile.h"
 #include "image/ImageTestSupport.h"
+#include "sdk/SentivoSDKHandle.h"
+#include "sentivo/sentivo.h"
 
 TEST(Sentivo, InitResetsTheScoreAndChecksTheInputsInOrder)
 {
@@ -84,4 +88,126 @@ TEST(Sentivo, ValidAreaIsAMarginedRectangleEndingInAHalfCircle)
     EXPECT_EQ(nWrong, 0);
     // The model checked by hand: row 429 (k 125, h 107) spans columns 53 to 266.
     EXPECT_TRUE(!inside(52, 429) && inside(53, 429) && inside(266, 429) && !inside(267, 429));
+}
+
+namespace
+{
+
+// A handle of the C interface with helpers to load a conformance capture.
+class Scanner
+{
+public:
+    Scanner()
+    {
+        SentivoInitialize(nullptr);
+        SentivoCreateHandle(&m_h);
+    }
+    ~Scanner()
+    {
+        SentivoDestroyHandle(&m_h);
+        SentivoUninitialize();
+    }
+    // Loads synthetic/NAME/{current,backlight,dark}.bmp.
+    void Load(const std::string& name)
+    {
+        const std::string folder = SENTIVO_SOURCE_DIR "/tests/conformance/synthetic/" + name + "/";
+        const char* aszFiles[3] = {"current.bmp", "backlight.bmp", "dark.bmp"};
+        for (int32_t i = 0; i < 3; ++i)
+        {
+            SentivoTool::BmpFile file = SentivoTool::ReadBmpFile(folder + aszFiles[i]);
+            ASSERT_EQ(SentivoSetImage(m_h, i, file.Block(), file.BlockSize()), 0);
+        }
+    }
+    void Set(const char* szName, const char* szValue)
+    {
+        ASSERT_EQ(SentivoSetPropertyA(m_h, szName, szValue), 0);
+    }
+    int32_t Finger() { return SentivoDetectFinger(m_h); }
+    // The finger half twice, as for a still finger's second capture.
+    int32_t SecondCapture(const std::string& name)
+    {
+        Load(name);
+        Finger();
+        return Finger();
+    }
+    SentivoHandle m_h = nullptr;
+};
+
+} // namespace
+
+TEST(SentivoFingerHalf, EachOutcomeOnACaptureMadeToReachIt)
+{
+    Scanner scanner;
+    scanner.Load("live_a");
+    EXPECT_EQ(scanner.Finger(), -15); // a new handle: the profile moved from zeros
+    EXPECT_EQ(scanner.Finger(), 0);
+    EXPECT_EQ(scanner.SecondCapture("no_finger"), -15);
+    EXPECT_EQ(scanner.SecondCapture("overexposed"), -799);
+    EXPECT_EQ(scanner.SecondCapture("too_small"), -768);
+    EXPECT_EQ(scanner.SecondCapture("skewed"), -770);
+    EXPECT_EQ(scanner.SecondCapture("lower_empty"), -769);
+    scanner.Set("nSecurityLevel", "2");
+    EXPECT_EQ(scanner.SecondCapture("too_small"), -768);
+    EXPECT_EQ(scanner.SecondCapture("skewed"), 0);
+    EXPECT_EQ(scanner.SecondCapture("lower_empty"), 0);
+}
+
+TEST(SentivoFingerHalf, TheProfileIsKeptPerHandleThroughResetsAndFailures)
+{
+    // Without movement detection the first capture passes, and its profile
+    // is stored all the same: with the test on again, the next still capture
+    // passes.
+    Scanner still;
+    still.Set("bMovementDetection", "False");
+    still.Load("live_a");
+    EXPECT_EQ(still.Finger(), 0);
+    still.Set("bMovementDetection", "True");
+    EXPECT_EQ(still.Finger(), 0);
+
+    // A failed run stores its profile, and a reset keeps it.
+    Scanner scanner;
+    scanner.Load("live_a");
+    EXPECT_EQ(scanner.Finger(), -15);
+    ASSERT_EQ(SentivoReset(scanner.m_h), 0);
+    EXPECT_EQ(scanner.Finger(), -37);
+    scanner.Load("live_a");
+    EXPECT_EQ(scanner.Finger(), 0);
+    // moving_2 is moving_1's finger 36 rows up.
+    scanner.Load("moving_1");
+    scanner.Finger();
+    scanner.Load("moving_2");
+    EXPECT_EQ(scanner.Finger(), -15);
+
+    // A second handle has a profile of its own.
+    Scanner other;
+    other.Load("live_a");
+    EXPECT_EQ(other.Finger(), -15);
+}
+
+TEST(SentivoFingerHalf, AFailureClearsTheFingerFoundForTheFakeHalf)
+{
+    ClSentivoSDKHandle handle;
+    ClSentivo& detection = handle.Detection();
+    detection.bMovementDetection = false;
+    auto load = [&](const std::string& name)
+    {
+        const std::string folder = SENTIVO_SOURCE_DIR "/tests/conformance/synthetic/" + name + "/";
+        const char* aszFiles[3] = {"current.bmp", "backlight.bmp", "dark.bmp"};
+        for (int32_t i = 0; i < 3; ++i)
+        {
+            SentivoTool::BmpFile file = SentivoTool::ReadBmpFile(folder + aszFiles[i]);
+            handle.SetImage(i, file.Block(), file.BlockSize());
+        }
+    };
+    double dScore = 1.0;
+    load("no_finger");
+    ExpectThrows([&] { handle.DetectFake(&dScore); }, -15, "no finger in images");
+    load("live_a");
+    handle.DetectFinger();
+    EXPECT_TRUE(detection.m_bFingerFound);
+    load("overexposed");
+    ExpectThrows([&] { handle.DetectFinger(); }, -799, "illumination to high\n");
+    EXPECT_FALSE(detection.m_bFingerFound);
+    ExpectThrows([&] { handle.DetectFake(&dScore); }, -15, "no finger in images");
+    EXPECT_EQ(dScore, 0.0);
 }
