@@ -5,10 +5,15 @@
 
 
 #include "classifier/ScoreMapping.h"
+#include "classifier/FeatureScaling.h"
+#include "classifier/PrNeuralNet.h"
+#include "detection/IpExtractFeatures.h"
 #include "detection/IpFingerprintPositionCheck.h"
 #include "detection/IpPrepareFeatureExtraction.h"
 #include "detection/IpSimpleBacklightCheck.h"
 #include "image/Histogram.h"
+#include "operators/IpFilterMax.h"
+#include "operators/IpFilterMin.h"
 #include "operators/IpSubtract.h"
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterEnumPointer.h"
@@ -23,6 +28,20 @@ constexpr double kMovementLimit = 10000.0;
 // Black capture pixels in the window 20, 20 to 299, 459 (exclusive) above
 // which the illumination is too high.
 constexpr uint32_t kIlluminationLimit = 1000;
+
+// The falloff check: seven bands of 32 rows from row 32, columns 10 to 309;
+// bins from 9 count as lit, and a band needs more than 51 lit pixels.
+constexpr int kFalloffBands = 7;
+constexpr int32_t kFalloffBandHeight = 32;
+constexpr int32_t kFalloffLeft = 10;
+constexpr int32_t kFalloffRight = 310; // exclusive
+constexpr int32_t kFalloffFirstLitBin = 9;
+constexpr int64_t kFalloffMinimumLit = 51;
+constexpr double kFalloffMinimumSlope = 4.0;
+constexpr double kFalloffMinimumRatio = 1.3;
+
+// Added to every computed score.
+constexpr double kSmallestNormalDouble = 2.2250738585072014e-308;
 
 } // namespace
 
@@ -194,11 +213,115 @@ void ClSentivo::RunFingerHalf()
     m_bFingerFound = true;
 }
 
+// The fake half: the falloff check at the strict level, the features of the
+// capture prepared by the last successful finger half, the net and the
+// score. It works on what that finger half left in the object; only the
+// falloff check looks at the images as they are now.
 void ClSentivo::RunFakeHalf()
 {
+    // 1-3.
     if (!m_bFingerFound)
         SENTIVO_THROW("no finger in images", ZRC_ERROR_BITMAP_NO_FINGER);
-    SENTIVO_THROW("The fake detection is not built yet", ZRC_ERROR_INTERNAL);
+    bool bLive = true;
+    if (m_bStrict)
+    {
+        bLive = FalloffPasses();
+        if (m_pRecord != nullptr)
+            m_pRecord->nFalloff = bLive ? 1 : 0;
+    }
+
+    // 4. The features, also for a capture the falloff check rejected: their
+    // own errors still fail the run.
+    ClIpExtractFeatures features;
+    features.pInImage = &m_PreparedImage;
+    features.pInFastMask = &m_FastMask;
+    features.pOutMask = &m_FinalMask;
+    features.Run();
+    if (m_pRecord != nullptr)
+    {
+        m_pRecord->Features = features.m_Features;
+        m_pRecord->MaskedImage = features.MaskedImage;
+    }
+
+    // 5. The net on the standardised features.
+    NeuralNet::ClPrNeuralNet net;
+    net.m_pNetData = &m_Net;
+    net.m_pInFeatures = &features.m_Features;
+    net.m_pOutFeatures = &m_NetOutput;
+    net.m_pdMean = NeuralNet::g_FeatureMean;
+    net.m_pdScale = NeuralNet::g_FeatureScale;
+    net.m_pdProjection = nullptr;
+    net.m_nProjectionSize = 0;
+    net.Run();
+    if (m_pRecord != nullptr)
+    {
+        m_pRecord->bNet = true;
+        m_pRecord->dNetOutput = m_NetOutput[0];
+    }
+
+    // 6-7. The smallest normalised double keeps every computed score above
+    // zero, so that exactly 0.0 means one thing: the falloff check rejected
+    // the capture.
+    dOutScore = ScoreOfNetOutput(m_NetOutput[0]) + kSmallestNormalDouble;
+    if (!bLive)
+        dOutScore = 0.0;
+}
+
+// The falloff check: the light difference (dark less backlight) must fall
+// from the rows near the sensor's lower edge upward. Per band of 32 rows the
+// value is the mean of the brightest quarter of the lit pixels, times the
+// lit share of a quarter; the course must have its maximum before the last
+// band, fall steeply enough and keep band 3 well above band 6.
+bool ClSentivo::FalloffPasses()
+{
+    // 1-2. The difference, spread by a maximum across 21 columns and down 5
+    // rows, then narrowed by a minimum across 51 columns.
+    ClImage difference, spread, spreadDown;
+    ClIpSubtract subtract;
+    subtract.Run(pInDarkImage, pInBacklightImage, &difference);
+    ClIpFilterMax max;
+    max.Run(&difference, &spread, 21, eModeX);
+    max.Run(&spread, &spreadDown, 5, eModeY);
+    ClIpFilterMin min;
+    min.Run(&spreadDown, &difference, 51, eModeX);
+    return FalloffOfBands(difference);
+}
+
+bool ClSentivo::FalloffOfBands(const ClImage& difference)
+{
+    // 3. The seven bands from row 32 to row 255.
+    bool bLive = true;
+    double adValue[kFalloffBands] = {};
+    double m = 0.0;
+    int iMax = 8;
+    for (int i = 0; i < kFalloffBands; ++i)
+    {
+        const int32_t nTop = kFalloffBandHeight * (i + 1);
+        ClHistogram histogram;
+        histogram.Create(difference, kFalloffLeft, nTop, kFalloffRight, nTop + kFalloffBandHeight);
+        int64_t c = 0;
+        for (int32_t b = kFalloffFirstLitBin; b <= 255; ++b)
+            c += histogram.m_nBins[b];
+        if (c <= kFalloffMinimumLit)
+        {
+            bLive = false;
+            continue;
+        }
+        const int64_t q = c / 4;
+        adValue[i] = static_cast<double>(histogram.SumOfHighest(q)) * 4.0 / static_cast<double>(c);
+        // Of equal values the earliest band wins.
+        if (adValue[i] > m)
+        {
+            m = adValue[i];
+            iMax = i;
+        }
+    }
+    // 4-7.
+    if (!bLive || iMax >= kFalloffBands - 1)
+        return false;
+    const double dSlope = (m - adValue[6]) / (7 - iMax);
+    const double dRatio = adValue[3] / adValue[6];
+    return !(dSlope < kFalloffMinimumSlope || dRatio < kFalloffMinimumRatio);
 }
 
 void ClSentivo::StRunRecord::Clear()

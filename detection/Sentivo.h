@@ -47,6 +47,10 @@ public:
     double& GetQueryFAR() { return dQueryFAR; }
     double& GetQueryFRR() { return dQueryFRR; }
 
+    // The verdict of the falloff check on the filtered light difference:
+    // whether its bands fall as a finger's do.
+    static bool FalloffOfBands(const ClImage& difference);
+
     const ClImage& ValidAreaMask() const { return m_ValidAreaMask; }
 
     ClImage* pInCurrentImage = nullptr;
@@ -91,6 +95,9 @@ private:
     void BuildValidAreaMask();
     void RunFingerHalf();
     void RunFakeHalf();
+    // Whether the light difference falls from band to band as a finger's
+    // does; run at the strict level only.
+    bool FalloffPasses();
 
     // The platen's valid area: a rectangle with a margin of 11 pixels that
     // ends at the bottom in a half-circle of radius 165. No stage reads it

@@ -1,0 +1,204 @@
+#include "detection/IpExtractFeatures.h"
+
+#include <cmath>
+
+#include "image/ArrayDynamic.h"
+#include "image/Histogram.h"
+#include "processing/PixelWalk.h"
+
+namespace
+{
+
+using PixelWalk::ForEachPixel;
+using PixelWalk::View;
+
+// The contrast stretch's envelopes and soft mask.
+constexpr int32_t kEnvelopeWidth = 7;
+// The erosion of the final mask: a pixel stays only if its whole width-15
+// window is 255 (a single zero among 225 averages to 253).
+constexpr int32_t kErosionWidth = 15;
+constexpr double kErosionThreshold = 254.0;
+// Holes of the mask smaller than this are filled.
+constexpr uint32_t kSmallestHole = 1000;
+// Grey level from which the enhanced image counts as bright.
+constexpr double kBrightThreshold = 160.0;
+// The fade of the masked image from the finger to mid grey.
+constexpr int32_t kFadeWidth = 11;
+
+// Pixels per label of a label image with nCount labels; label 0 (the
+// non-zero pixels of the labelled mask) is not counted.
+TpArrayStatic<uint32_t> CountLabels(const ClImage& labels, int32_t nCount)
+{
+    TpArrayStatic<uint32_t> counts(static_cast<uint32_t>(nCount) + 1);
+    for (int32_t i = 0; i <= nCount; ++i)
+        counts[i] = 0;
+    ForEachPixel(
+        [&](int32_t nLabel)
+        {
+            if (nLabel > 0 && nLabel <= nCount)
+                ++counts[nLabel];
+        },
+        View<const int32_t>(labels));
+    return counts;
+}
+
+} // namespace
+
+ClIpExtractFeatures::ClIpExtractFeatures() : ClIpStageBase("IpExtractFeatures", false)
+{
+    DeclareInput("pInImage", pInImage, "invalid input image", ZRC_ERROR_INVALID_PARAMETER,
+                 eUntyped);
+    DeclareInput("pInFastMask", pInFastMask, "invalid input image", ZRC_ERROR_INVALID_PARAMETER,
+                 eUntyped);
+    DeclareOutput("pOutMask", pOutMask, "invalid output parameter", ZRC_ERROR_INVALID_PARAMETER);
+}
+
+void ClIpExtractFeatures::SetDefaults()
+{
+    pInImage = nullptr;
+    pInFastMask = nullptr;
+    pOutMask = nullptr;
+}
+
+ClProcessorBase* ClIpExtractFeatures::NewInstance() const
+{
+    return NewProcessor<ClIpExtractFeatures>();
+}
+
+int32_t ClIpExtractFeatures::Process()
+{
+    StretchContrast();
+    MakeFinalMask();
+    MakeAreasAndMaskedImage();
+
+    // The vector grows in index order; a failure anywhere leaves m_Features
+    // as it was.
+    TpArrayDynamic<double, 10> features;
+    AddAreaFeatures(DarkArea, features);
+    AddAreaFeatures(BrightArea, features);
+    AddStageFeatures(features);
+    for (int i = 0; i < 3; ++i)
+        features.Add(0.0);
+
+    m_Features.Create(features.Size());
+    for (uint32_t i = 0; i < features.Size(); ++i)
+        m_Features[i] = features[i];
+    return 0;
+}
+
+// Steps 1-6: the ridges stretched to their local envelopes, taking over
+// gradually between soft-mask values 128 and 255.
+void ClIpExtractFeatures::StretchContrast()
+{
+    MaxFilter(*pInImage, m_Scratch, kEnvelopeWidth);
+    MeanFilter(m_Scratch, HighEnvelope, kEnvelopeWidth);
+    MinFilter(*pInImage, m_Scratch, kEnvelopeWidth);
+    MeanFilter(m_Scratch, LowEnvelope, kEnvelopeWidth);
+    StretchedImage.Assign(*pInImage);
+    MeanFilter(*pInFastMask, SoftMask, kEnvelopeWidth);
+
+    ForEachPixel(
+        [](uint8_t m, uint8_t h, uint8_t l, uint8_t& v)
+        {
+            if (m <= 128 || h <= l)
+                return;
+            int32_t n = (v - l) * 255 / (h - l);
+            n = n < 0 ? 0 : (n > 255 ? 255 : n);
+            v = static_cast<uint8_t>(((255 - m) * v + (m - 128) * n) / 127);
+        },
+        View<const uint8_t>(SoftMask), View<const uint8_t>(HighEnvelope),
+        View<const uint8_t>(LowEnvelope), View<uint8_t>(StretchedImage));
+    // The enhanced image is the stretched one.
+}
+
+// Steps 7-13: the fast mask without its frame, eroded, its small holes
+// filled, and of its pieces the largest.
+void ClIpExtractFeatures::MakeFinalMask()
+{
+    FinalMask.Assign(*pInFastMask);
+    {
+        const PixelWalk::TpView<uint8_t> mask = View<uint8_t>(FinalMask);
+        const int32_t W = mask.Width(), H = mask.Height();
+        for (int32_t x = 0; x < W; ++x)
+            mask.At(x, 0) = mask.At(x, H - 1) = 0;
+        for (int32_t y = 0; y < H; ++y)
+            mask.At(0, y) = mask.At(W - 1, y) = 0;
+    }
+    MeanFilter(FinalMask, m_Scratch, kErosionWidth);
+    Binarize(m_Scratch, FinalMask, kErosionThreshold);
+
+    // The labeling numbers the zero regions: those under 1000 pixels are the
+    // holes to fill.
+    int32_t nCount = 0;
+    Label(FinalMask, m_Labels, nCount);
+    {
+        const TpArrayStatic<uint32_t> counts = CountLabels(m_Labels, nCount);
+        ForEachPixel(
+            [&](uint8_t& m, int32_t nLabel)
+            {
+                if (nLabel >= 0 && nLabel <= nCount && counts[nLabel] < kSmallestHole)
+                    m = 255;
+            },
+            View<uint8_t>(FinalMask), View<const int32_t>(m_Labels));
+    }
+
+    // Inverted, the pieces of the mask are the zero regions. The largest
+    // stays, the lowest label on a tie; without any piece the mask is empty.
+    Invert(FinalMask);
+    Label(FinalMask, m_Labels, nCount);
+    int32_t nLargest = 0;
+    {
+        const TpArrayStatic<uint32_t> counts = CountLabels(m_Labels, nCount);
+        for (int32_t i = 1; i <= nCount; ++i)
+            if (nLargest == 0 || counts[i] > counts[nLargest])
+                nLargest = i;
+    }
+    ForEachPixel([&](uint8_t& m, int32_t nLabel)
+                 { m = nLargest != 0 && nLabel == nLargest ? 255 : 0; },
+                 View<uint8_t>(FinalMask), View<const int32_t>(m_Labels));
+    pOutMask->Assign(FinalMask);
+}
+
+// Steps 14-17: bright and dark ridge areas under the mask, and the masked
+// image: the unstretched capture on the finger, fading to 128 outside it.
+void ClIpExtractFeatures::MakeAreasAndMaskedImage()
+{
+    Binarize(StretchedImage, m_Scratch, kBrightThreshold);
+    And(m_Scratch, FinalMask, BrightArea);
+    Invert(m_Scratch);
+    And(m_Scratch, FinalMask, DarkArea);
+
+    MeanFilter(FinalMask, BlurredMask, kFadeWidth);
+    MaskedImage.Assign(*pInImage);
+    ForEachPixel([](uint8_t& v, uint8_t g)
+                 { v = static_cast<uint8_t>(((v - 128) * g + 32640) / 255); },
+                 View<uint8_t>(MaskedImage), View<const uint8_t>(BlurredMask));
+}
+
+// Steps 19-21. Bin 0 is the image outside the area (and area pixels of
+// value 0): it stays out of the mean and counts only in the deviation's
+// divisor. The entropy leaves bin 255 out, though the mean takes it in.
+void ClIpExtractFeatures::AddAreaFeatures(ClImage& area, TpArrayDynamic<double, 10>& features)
+{
+    And(MaskedImage, area, m_Scratch);
+    ClHistogram histogram;
+    histogram.Create(m_Scratch);
+    features.Add(histogram.Mean(1, 255));
+    features.Add(histogram.StdDev(1, 255));
+
+    const double N = static_cast<double>(static_cast<int64_t>(area.Width()) * area.Height() -
+                                         histogram.m_nBins[0]);
+    double dEntropy = 0.0;
+    for (int32_t b = 1; b <= 254; ++b)
+    {
+        const double p = histogram.m_nBins[b] / N;
+        if (p > 0)
+            dEntropy += p * std::log(p) / std::log(2.0);
+    }
+    features.Add(dEntropy);
+}
+
+// Step 22: the feature stages, in the order of the vector.
+void ClIpExtractFeatures::AddStageFeatures(TpArrayDynamic<double, 10>&)
+{
+}
