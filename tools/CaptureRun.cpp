@@ -13,13 +13,6 @@ namespace SentivoTool
 namespace
 {
 
-// Raises a std::runtime_error for a code that is not success.
-void Expect(int32_t nCode, const char* szWhat)
-{
-    if (nCode != ZRC_SUCCESS)
-        throw std::runtime_error(std::string(szWhat) + " failed with code " + std::to_string(nCode));
-}
-
 // Runs one call of the handle and turns a library exception into its code.
 template <typename F> int32_t Call(F&& f, std::string* pMessage = nullptr)
 {
@@ -53,24 +46,29 @@ CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
     detection.nSecurityLevel = settings.nSecurityLevel;
     detection.bMovementDetection = settings.bMovementDetection;
 
-    auto load = [&](int32_t nIndex, BmpFile& file)
-    { return Call([&] { handle.SetImage(nIndex, file.Block(), file.BlockSize()); }); };
-    BmpFile* pFirst = settings.ePrevious == RunSettings::eOther ? pPrevious : &current;
-    if (settings.ePrevious == RunSettings::eOther && pPrevious == nullptr)
+    const bool bOther = settings.ePrevious == RunSettings::eOther;
+    if (bOther && pPrevious == nullptr)
         throw std::invalid_argument("the previous capture is missing");
-    for (int32_t nCode : {load(0, *pFirst), load(1, backlight), load(2, dark)})
+    // Loads a file into a slot; a refusal ends the run with its code.
+    auto load = [&](int32_t nSlot, BmpFile& file, int nFile)
     {
+        const int32_t nCode = Call([&] { handle.SetImage(nSlot, file.Block(), file.BlockSize()); });
         if (nCode != ZRC_SUCCESS)
         {
             result.nCode = result.nFingerCode = nCode;
-            return result;
+            result.nRefusedImage = nFile;
         }
-    }
+        return nCode == ZRC_SUCCESS;
+    };
+    if (!load(0, bOther ? *pPrevious : current, bOther ? 3 : 0) || !load(1, backlight, 1) ||
+        !load(2, dark, 2))
+        return result;
+    // The earlier capture is judged before the current image replaces it.
     if (settings.ePrevious != RunSettings::eNone)
     {
         Call([&] { handle.DetectFinger(); });
-        if (pFirst != &current)
-            Expect(load(0, current), "loading the current image");
+        if (bOther && !load(0, current, 0))
+            return result;
     }
 
     ClSentivo::StRunRecord record;

@@ -30,8 +30,12 @@ struct CaptureResult
 {
     static constexpr int kProfileBands = 28;
 
-    // The evaluation as a whole: its code and the library's description.
+    // The evaluation as a whole: its code.
     int32_t nCode = 0;
+    // The file the image check refused (0 current, 1 backlight, 2 dark,
+    // 3 the previous current image), -1 when all were taken; nCode is then
+    // the refusal's code.
+    int nRefusedImage = -1;
     // The finger half: its code and the stage's own text ("" on a pass).
     int32_t nFingerCode = 0;
     std::string fingerMessage;

@@ -1,4 +1,6 @@
 // sentivo: score and inspect captures with the library from the command line.
+#include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -6,7 +8,12 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include "BmpFile.h"
+#include "CaptureRun.h"
+#include "PngFile.h"
+#include "ResultJson.h"
 #include "sentivo/sentivo.h"
 
 namespace
@@ -30,6 +37,14 @@ const char* const kUsage =
     "      --csv                        one line: file,code,score\n"
     "  threshold --far X | --frr X | --score X\n"
     "                                   print score threshold and error rates\n"
+    "  features CURRENT BACKLIGHT DARK [OPTIONS]\n"
+    "                                   everything one evaluation measures, as JSON\n"
+    "      --security-level N           nSecurityLevel (1 strict, default)\n"
+    "      --no-movement                bMovementDetection False\n"
+    "      --repeat                     the finger half runs once before on the same capture\n"
+    "      --previous PREV_CURRENT      ... or on PREV_CURRENT with the same light pair\n"
+    "  inspect CURRENT BACKLIGHT DARK --out DIR [OPTIONS]\n"
+    "                                   as features, plus the intermediate images as PNG\n"
     "  demo [FILE...]                   check and score the bundled samples\n";
 
 // Owns one initialisation and one handle for the life of a command.
@@ -202,6 +217,112 @@ int CommandDemo(const std::vector<std::string>& files)
     return nRefused == 0 ? 0 : 1;
 }
 
+struct FeatureOptions
+{
+    std::vector<std::string> files; // current, backlight, dark
+    SentivoTool::RunSettings settings;
+    std::string previous;
+    std::string outDir;
+};
+
+FeatureOptions ParseFeatureOptions(const std::vector<std::string>& args, bool bInspect)
+{
+    FeatureOptions options;
+    for (size_t i = 0; i < args.size(); ++i)
+    {
+        auto value = [&]() -> const std::string&
+        {
+            if (++i >= args.size())
+                throw std::invalid_argument(args[i - 1] + " needs a value");
+            return args[i];
+        };
+        if (args[i] == "--security-level")
+        {
+            const std::string& level = value();
+            char* pEnd = nullptr;
+            const long nLevel = std::strtol(level.c_str(), &pEnd, 10);
+            if (level.empty() || *pEnd != '\0' || nLevel < INT32_MIN || nLevel > INT32_MAX)
+                throw std::invalid_argument("--security-level needs an integer, not '" + level + "'");
+            options.settings.nSecurityLevel = static_cast<int32_t>(nLevel);
+        }
+        else if (args[i] == "--no-movement")
+            options.settings.bMovementDetection = false;
+        else if (args[i] == "--repeat" || args[i] == "--previous")
+        {
+            if (options.settings.ePrevious != SentivoTool::RunSettings::eNone)
+                throw std::invalid_argument("--repeat and --previous exclude each other");
+            options.settings.ePrevious = args[i] == "--repeat" ? SentivoTool::RunSettings::eSame
+                                                               : SentivoTool::RunSettings::eOther;
+            if (args[i] == "--previous")
+                options.previous = value();
+        }
+        else if (bInspect && args[i] == "--out")
+            options.outDir = value();
+        else if (args[i].size() > 1 && args[i][0] == '-')
+            throw std::invalid_argument("unknown option '" + args[i] + "'");
+        else
+            options.files.push_back(args[i]);
+    }
+    if (options.files.size() != 3)
+        throw std::invalid_argument("needs CURRENT BACKLIGHT DARK");
+    if (bInspect && options.outDir.empty())
+        throw std::invalid_argument("inspect needs --out DIR");
+    return options;
+}
+
+SentivoTool::CaptureResult JudgeCapture(const FeatureOptions& options)
+{
+    using SentivoTool::ReadBmpFile;
+    SentivoTool::BmpFile current = ReadBmpFile(options.files[0]);
+    SentivoTool::BmpFile backlight = ReadBmpFile(options.files[1]);
+    SentivoTool::BmpFile dark = ReadBmpFile(options.files[2]);
+    SentivoTool::BmpFile previous;
+    if (!options.previous.empty())
+        previous = ReadBmpFile(options.previous);
+    SentivoTool::CaptureResult result =
+        SentivoTool::RunCapture(current, backlight, dark, options.settings, &previous);
+    if (result.nRefusedImage >= 0)
+    {
+        const std::string& path = result.nRefusedImage == 3 ? options.previous
+                                                             : options.files[result.nRefusedImage];
+        throw std::runtime_error(path + ": refused by the image check: " +
+                                 std::to_string(result.nCode) + " " +
+                                 SentivoGetErrorDescriptionA(result.nCode));
+    }
+    return result;
+}
+
+int CommandFeatures(const std::vector<std::string>& args)
+{
+    const SentivoTool::CaptureResult result = JudgeCapture(ParseFeatureOptions(args, false));
+    std::fputs(SentivoTool::ResultJson(result).c_str(), stdout);
+    return 0;
+}
+
+int CommandInspect(const std::vector<std::string>& args)
+{
+    const FeatureOptions options = ParseFeatureOptions(args, true);
+    const SentivoTool::CaptureResult result = JudgeCapture(options);
+    if (::mkdir(options.outDir.c_str(), 0777) != 0 && errno != EEXIST)
+        throw std::runtime_error("cannot create " + options.outDir);
+    const std::pair<const char*, const ClImage*> images[] = {{"prepared.png", &result.prepared},
+                                                             {"fast_mask.png", &result.fastMask},
+                                                             {"final_mask.png", &result.finalMask},
+                                                             {"masked.png", &result.masked}};
+    for (const auto& [szName, pImage] : images)
+        if (pImage->Data() != nullptr)
+            SentivoTool::WriteGreyPng(options.outDir + "/" + szName, *pImage);
+    const std::string path = options.outDir + "/result.json";
+    FILE* pFile = std::fopen(path.c_str(), "w");
+    if (pFile == nullptr)
+        throw std::runtime_error("cannot write " + path);
+    const std::string json = SentivoTool::ResultJson(result);
+    const bool bWritten = std::fputs(json.c_str(), pFile) >= 0;
+    if (std::fclose(pFile) != 0 || !bWritten)
+        throw std::runtime_error("cannot write " + path);
+    return 0;
+}
+
 int Dispatch(const std::vector<std::string>& args)
 {
     if (args.empty() || args[0] == "-h" || args[0] == "--help" || args[0] == "help")
@@ -219,6 +340,10 @@ int Dispatch(const std::vector<std::string>& args)
         return CommandThreshold(rest);
     if (command == "demo")
         return CommandDemo(rest);
+    if (command == "features")
+        return CommandFeatures(rest);
+    if (command == "inspect")
+        return CommandInspect(rest);
     if (command == "score")
     {
         ScoreOptions options;
