@@ -175,19 +175,29 @@ void ClIpExtractFeatures::MakeAreasAndMaskedImage()
                  View<uint8_t>(MaskedImage), View<const uint8_t>(BlurredMask));
 }
 
-// Steps 19-21. Bin 0 is the image outside the area (and area pixels of
-// value 0): it stays out of the mean and counts only in the deviation's
-// divisor. The entropy leaves bin 255 out, though the mean takes it in.
+// Steps 19-21: the statistics of the masked image over one area.
 void ClIpExtractFeatures::AddAreaFeatures(ClImage& area, TpArrayDynamic<double, 10>& features)
 {
     And(MaskedImage, area, m_Scratch);
     ClHistogram histogram;
     histogram.Create(m_Scratch);
-    features.Add(histogram.Mean(1, 255));
-    features.Add(histogram.StdDev(1, 255));
+    double adStatistics[3];
+    AreaStatistics(histogram, adStatistics);
+    for (double dValue : adStatistics)
+        features.Add(dValue);
+}
 
-    const double N = static_cast<double>(static_cast<int64_t>(area.Width()) * area.Height() -
-                                         histogram.m_nBins[0]);
+// Area pixels of value 0 fall into bin 0 and count as outside. The entropy
+// leaves bin 255 out, though the mean takes it in; its sign stays, so it is
+// at most 0.
+void ClIpExtractFeatures::AreaStatistics(const ClHistogram& histogram, double adOut[3])
+{
+    adOut[0] = histogram.Mean(1, 255);
+    adOut[1] = histogram.StdDev(1, 255);
+    int64_t nAll = 0;
+    for (uint32_t nBin : histogram.m_nBins)
+        nAll += nBin;
+    const double N = static_cast<double>(nAll - histogram.m_nBins[0]);
     double dEntropy = 0.0;
     for (int32_t b = 1; b <= 254; ++b)
     {
@@ -195,7 +205,7 @@ void ClIpExtractFeatures::AddAreaFeatures(ClImage& area, TpArrayDynamic<double, 
         if (p > 0)
             dEntropy += p * std::log(p) / std::log(2.0);
     }
-    features.Add(dEntropy);
+    adOut[2] = dEntropy;
 }
 
 // Step 22: the feature stages, in the order of the vector.

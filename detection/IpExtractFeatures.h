@@ -31,6 +31,11 @@ public:
     const char* GetName() const override { return "ClIpExtractFeatures"; }
     int32_t Process() override;
 
+    // Mean and deviation of the bins 1 to 255 of an area's histogram and
+    // the entropy sum p log2 p of the bins 1 to 254. Bin 0 is the image
+    // outside the area: it counts only in the deviation's divisor.
+    static void AreaStatistics(const ClHistogram& histogram, double adOut[3]);
+
     ClImage* pInImage = nullptr;    // the prepared capture, 8-bit, 320 by 480
     ClImage* pInFastMask = nullptr; // the fast mask, 0 and 255
     ClImage* pOutMask = nullptr;    // receives the final finger mask

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -210,4 +211,40 @@ TEST(SentivoFingerHalf, AFailureClearsTheFingerFoundForTheFakeHalf)
     EXPECT_FALSE(detection.m_bFingerFound);
     ExpectThrows([&] { handle.DetectFake(&dScore); }, -15, "no finger in images");
     EXPECT_EQ(dScore, 0.0);
+}
+
+TEST(SentivoFakeHalf, FalloffBandsMustFallSteeplyFromAnEarlyMaximum)
+{
+    // A filtered light difference whose seven bands (rows 32 + 32 i to
+    // 63 + 32 i, columns 10-309) are flat at the given values: each band's
+    // value is then its grey value. Value 0 leaves a band unlit.
+    auto verdict = [](std::vector<int> values, int nLitInBand0 = -1)
+    {
+        ClImage difference;
+        difference.Create(ClImage::eUInt8, 320, 480);
+        difference.Fill<uint8_t>(0);
+        for (int i = 0; i < 7; ++i)
+            for (int32_t y = 32 * (i + 1); y < 32 * (i + 2); ++y)
+                for (int32_t x = 0; x < 320; ++x)
+                    difference.Row<uint8_t>(y)[x] = static_cast<uint8_t>(values[i]);
+        // Band 0 with only some lit pixels (the rest below bin 9).
+        if (nLitInBand0 >= 0)
+            for (int32_t n = 0; n < 300 * 32; ++n)
+                difference.Row<uint8_t>(32 + n / 300)[10 + n % 300] =
+                    n < nLitInBand0 ? static_cast<uint8_t>(values[0]) : 8;
+        return ClSentivo::FalloffOfBands(difference);
+    };
+    // Slope (38 - 10) / 7 = 4.0 and ratio 13 / 10 = 1.3: both limits pass.
+    EXPECT_TRUE(verdict({38, 30, 20, 13, 12, 11, 10}));
+    EXPECT_FALSE(verdict({37, 30, 20, 13, 12, 11, 10}));
+    EXPECT_FALSE(verdict({38, 30, 20, 12, 12, 11, 10}));
+    // Of two equal maxima the earlier band counts: slope 27 / 7, not 27 / 6.
+    EXPECT_FALSE(verdict({37, 37, 20, 13, 12, 11, 10}));
+    EXPECT_TRUE(verdict({36, 37, 20, 13, 12, 11, 10}));
+    // The maximum in the last band fails.
+    EXPECT_FALSE(verdict({10, 11, 12, 13, 14, 15, 60}));
+    // A band needs more than 51 lit pixels; 52 of 200 have the value 200.
+    EXPECT_FALSE(verdict({200, 30, 20, 13, 12, 11, 10}, 51));
+    EXPECT_TRUE(verdict({200, 30, 20, 13, 12, 11, 10}, 52));
+    EXPECT_FALSE(verdict({0, 0, 0, 0, 0, 0, 0}));
 }
