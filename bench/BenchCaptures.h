@@ -32,7 +32,7 @@ inline ClImage LoadImage(const std::string& relativePath)
 // The real print that the benchmarks judge.
 inline const ClImage& RealPrint()
 {
-    static const ClImage image = LoadImage("samples/nist_sivv_ink_rolled_card0001_01.bmp");
+    static const ClImage image = LoadImage("tests/data/fingerprints/nist_sivv_ink_rolled_card0001_01.bmp");
     return image;
 }
 

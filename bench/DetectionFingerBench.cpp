@@ -24,7 +24,7 @@ public:
     {
         SentivoInitialize(nullptr);
         SentivoCreateHandle(&m_hHandle);
-        const char* aszFiles[3] = {"samples/nist_sivv_ink_rolled_card0001_01.bmp",
+        const char* aszFiles[3] = {"tests/data/fingerprints/nist_sivv_ink_rolled_card0001_01.bmp",
                                    "tests/conformance/light/backlight.bmp",
                                    "tests/conformance/light/dark.bmp"};
         for (int32_t i = 0; i < 3; ++i)

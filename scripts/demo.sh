@@ -3,4 +3,4 @@
 set -euo pipefail
 build_dir=${1:-build}
 cd "$(dirname "$0")/.."
-exec "$build_dir/bin/sentivo" demo samples/*.bmp
+exec "$build_dir/bin/sentivo" demo samples/*/*/current.bmp

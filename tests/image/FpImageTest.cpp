@@ -89,7 +89,7 @@ TEST(Image, CreateAsCreateLikeAssignAndSwapOnOtherImagesAndThemselves)
 
 TEST(Image, FromBitmapSharesTheCapturePixelsAndAssignBitmapCopiesThem)
 {
-    std::ifstream in(SENTIVO_SOURCE_DIR "/samples/nist_sivv_ink_rolled_card0001_01.bmp",
+    std::ifstream in(SENTIVO_SOURCE_DIR "/tests/data/fingerprints/nist_sivv_ink_rolled_card0001_01.bmp",
                      std::ios::binary);
     const std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)),
                                     std::istreambuf_iterator<char>());

@@ -63,7 +63,7 @@ TEST(BmpFile, OnlyAFileHeaderIsStripped)
     EXPECT_THROW(ReadBmpFile(TempPath("missing.bmp")), std::runtime_error);
 }
 
-TEST(BmpFile, BundledSamplesPassTheLibrarysChecks)
+TEST(BmpFile, BundledPrintsPassTheLibrarysChecks)
 {
     ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
     SentivoHandle hHandle = nullptr;
@@ -73,7 +73,7 @@ TEST(BmpFile, BundledSamplesPassTheLibrarysChecks)
           "nist_ref_card_ink_plain_thumb_fgp11.bmp", "nist_sivv_ink_rolled_card0001_01.bmp"})
     {
         SentivoTool::BmpFile file =
-            ReadBmpFile(std::string(SENTIVO_SOURCE_DIR) + "/samples/" + szName);
+            ReadBmpFile(std::string(SENTIVO_SOURCE_DIR) + "/tests/data/fingerprints/" + szName);
         EXPECT_EQ(file.BlockSize(), 154678u - 14u) << szName;
         EXPECT_EQ(SentivoSetImage(hHandle, 0, file.Block(), file.BlockSize()), ZRC_SUCCESS)
             << szName;
