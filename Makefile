@@ -3,10 +3,11 @@
 #   make test   install what is missing, build, run the whole suite through CTest
 BUILD_DIR ?= build
 ASAN_DIR ?= build-asan
+TSAN_DIR ?= build-tsan
 BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build test demo sanitize bench clean install
+.PHONY: all deps configure build test demo sanitize tsan bench clean install
 
 all: build
 
@@ -31,6 +32,13 @@ sanitize: deps
 	cmake --build $(ASAN_DIR) -j $(JOBS)
 	ctest --test-dir $(ASAN_DIR) --output-on-failure -j $(JOBS)
 
+# Handles on many threads under ThreadSanitizer: 8 handles x 100 captures.
+tsan: deps
+	cmake -S . -B $(TSAN_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSENTIVO_TSAN=ON -DSENTIVO_BUILD_BENCH=OFF -DSENTIVO_BUILD_TOOLS=ON
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target sdk_tests
+	SENTIVO_THREAD_CAPTURES=100 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+		$(TSAN_DIR)/bin/sdk_tests --gtest_filter='Concurrency.*'
+
 bench: build
 	bash scripts/bench.sh $(BUILD_DIR)
 
@@ -38,4 +46,4 @@ install: build
 	cmake --install $(BUILD_DIR)
 
 clean:
-	rm -rf $(BUILD_DIR) $(ASAN_DIR)
+	rm -rf $(BUILD_DIR) $(ASAN_DIR) $(TSAN_DIR)

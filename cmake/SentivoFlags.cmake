@@ -14,3 +14,8 @@ if(SENTIVO_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(sentivo_flags INTERFACE -fsanitize=address,undefined)
 endif()
+
+if(SENTIVO_TSAN)
+    target_compile_options(sentivo_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(sentivo_flags INTERFACE -fsanitize=thread)
+endif()

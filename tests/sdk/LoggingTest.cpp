@@ -1,5 +1,6 @@
 // The trace of the exported functions and the limits of a log line. The test
 // program exports OutputDebugStringA, so it is the debug sink of the library.
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -12,10 +13,14 @@
 namespace
 {
 std::vector<std::string> g_DebugLines;
+std::mutex g_DebugLinesMutex;
 } // namespace
 
+// A debug sink may be called from any thread, as the platform's own is: the
+// concurrency tests of this program call the library on eight at once.
 extern "C" __attribute__((visibility("default"))) void OutputDebugStringA(const char* szText)
 {
+    const std::lock_guard<std::mutex> lock(g_DebugLinesMutex);
     g_DebugLines.emplace_back(szText);
 }
 

@@ -1,0 +1,132 @@
+// Handles on different threads share nothing mutable: eight handles judge
+// the same sequence of conformance captures at the same time, each exactly
+// as one handle alone does, while other threads create and destroy handles
+// and initialise and release the library. The ThreadSanitizer build runs
+// this with 100 captures per handle (SENTIVO_THREAD_CAPTURES).
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "BmpFile.h"
+#include "sentivo/sentivo.h"
+
+namespace
+{
+
+struct Capture
+{
+    SentivoTool::BmpFile files[3];
+};
+
+struct Outcome
+{
+    int32_t nCode;
+    double dScore;
+    bool operator==(const Outcome& other) const
+    {
+        return nCode == other.nCode && std::memcmp(&dScore, &other.dScore, sizeof(double)) == 0;
+    }
+};
+
+std::vector<Capture> ConformanceCaptures()
+{
+    const std::string folder = SENTIVO_SOURCE_DIR "/tests/conformance/";
+    std::vector<Capture> captures;
+    for (const char* szName : {"live_a", "smooth_c", "no_finger", "skewed", "moving_1", "moving_2",
+                               "no_falloff", "overexposed", "lower_empty", "smooth_d"})
+    {
+        Capture capture;
+        const char* aszFiles[3] = {"current.bmp", "backlight.bmp", "dark.bmp"};
+        for (int i = 0; i < 3; ++i)
+            capture.files[i] =
+                SentivoTool::ReadBmpFile(folder + "synthetic/" + szName + "/" + aszFiles[i]);
+        captures.push_back(std::move(capture));
+    }
+    return captures;
+}
+
+int CapturesPerHandle()
+{
+    const char* szCount = std::getenv("SENTIVO_THREAD_CAPTURES");
+    return szCount != nullptr ? std::atoi(szCount) : 12;
+}
+
+// One handle judges captures[i % size] for i below nCount, with the security
+// level switching every third capture; the caller's copies of the blocks
+// are its own, since the library rewrites their palettes.
+std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
+{
+    std::vector<Capture> blocks = captures;
+    SentivoHandle h = nullptr;
+    EXPECT_EQ(SentivoCreateHandle(&h), 0);
+    std::vector<Outcome> outcomes;
+    for (int i = 0; i < nCount; ++i)
+    {
+        Capture& capture = blocks[static_cast<size_t>(i) % blocks.size()];
+        for (int32_t k = 0; k < 3; ++k)
+            SentivoSetImage(h, k, capture.files[k].Block(), capture.files[k].BlockSize());
+        SentivoSetPropertyA(h, "nSecurityLevel", i % 3 == 2 ? "2" : "1");
+        Outcome outcome{0, 0.0};
+        outcome.nCode = SentivoEvaluateLiveliness(h, &outcome.dScore);
+        outcomes.push_back(outcome);
+    }
+    EXPECT_EQ(SentivoDestroyHandle(&h), 0);
+    return outcomes;
+}
+
+} // namespace
+
+TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
+{
+    ASSERT_EQ(SentivoInitialize(nullptr), 0);
+    const std::vector<Capture> captures = ConformanceCaptures();
+    const int nCount = CapturesPerHandle();
+    const std::vector<Outcome> alone = Judge(captures, nCount);
+
+    std::vector<std::vector<Outcome>> results(8);
+    std::vector<std::thread> threads;
+    for (std::vector<Outcome>& result : results)
+        threads.emplace_back([&] { result = Judge(captures, nCount); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::vector<Outcome>& result : results)
+        EXPECT_TRUE(result == alone);
+    EXPECT_EQ(SentivoUninitialize(), 0);
+}
+
+TEST(Concurrency, HandlesAndInitialisationsComeAndGoOnManyThreads)
+{
+    // One initialisation holds the library while threads add and drop
+    // their own and create, use and destroy handles.
+    ASSERT_EQ(SentivoInitialize(nullptr), 0);
+    std::atomic<int> nFailures{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t)
+        threads.emplace_back(
+            [&, t]
+            {
+                for (int i = 0; i < 200; ++i)
+                {
+                    if (t % 2 == 0)
+                    {
+                        nFailures += SentivoInitialize(nullptr) != 0;
+                        nFailures += SentivoUninitialize() != 0;
+                    }
+                    SentivoHandle h = nullptr;
+                    nFailures += SentivoCreateHandle(&h) != 0;
+                    nFailures += SentivoSetPropertyA(h, "dQueryFAR", "0.01") != 0;
+                    nFailures += SentivoDestroyHandle(&h) != 0;
+                }
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(nFailures.load(), 0);
+    EXPECT_EQ(SentivoUninitialize(), 0);
+    SentivoHandle h = nullptr;
+    EXPECT_EQ(SentivoCreateHandle(&h), ZRC_ERROR_NOT_INITIALIZED);
+}
