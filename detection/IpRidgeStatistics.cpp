@@ -79,7 +79,7 @@ int32_t ClIpRidgeStatistics::Process()
         return 0;
 
     // 5. Ratios to the pixels' own mean and variance. Neither is tested for
-    // 0: a flat ridge gives the hardware's infinity or NaN, as designed.
+    // 0: a flat ridge gives the hardware's infinity or NaN, which is accepted.
     const double n = static_cast<double>(N);
     const double mean = image.Mean(n);
     const double var = image.Variance(n);

@@ -25,6 +25,6 @@ public:
     double m_adMeanRatios[3] = {};
 
 private:
-    // Box means at the widths 11, 3, 5 (the design's images A, B, C).
+    // Box means at the widths 11, 3, 5: the images A, B and C.
     ClImage m_Boxes[3];
 };
