@@ -8,6 +8,7 @@
 #include "detection/IpPrepareFeatureExtraction.h"
 #include "image/Bitmap.h"
 #include "image/FpImage.h"
+#include "sentivo/sentivo.h"
 
 namespace BenchCaptures
 {
@@ -57,5 +58,37 @@ inline const Prepared& PreparedPrint()
     }();
     return prepared;
 }
+
+// A handle of the C interface holding the real print with the conformance
+// set's light pair.
+class Scanner
+{
+public:
+    Scanner()
+    {
+        SentivoInitialize(nullptr);
+        SentivoCreateHandle(&m_hHandle);
+        const char* aszFiles[3] = {"tests/data/fingerprints/nist_sivv_ink_rolled_card0001_01.bmp",
+                                   "tests/conformance/light/backlight.bmp",
+                                   "tests/conformance/light/dark.bmp"};
+        for (int32_t i = 0; i < 3; ++i)
+        {
+            m_Files[i] = SentivoTool::ReadBmpFile(SourceDir() + "/" + aszFiles[i]);
+            SentivoSetImage(m_hHandle, i, m_Files[i].Block(), m_Files[i].BlockSize());
+        }
+    }
+    ~Scanner()
+    {
+        SentivoDestroyHandle(&m_hHandle);
+        SentivoUninitialize();
+    }
+    Scanner(const Scanner&) = delete;
+    Scanner& operator=(const Scanner&) = delete;
+    SentivoHandle Handle() const { return m_hHandle; }
+
+private:
+    SentivoHandle m_hHandle = nullptr;
+    SentivoTool::BmpFile m_Files[3];
+};
 
 } // namespace BenchCaptures

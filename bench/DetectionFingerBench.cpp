@@ -8,42 +8,13 @@
 #include "detection/IpFingerprintPositionCheck.h"
 #include "detection/IpNormalizeImagesFD.h"
 #include "detection/IpSimpleBacklightCheck.h"
-#include "sentivo/sentivo.h"
 
 namespace
 {
 
 using BenchCaptures::PreparedPrint;
 using BenchCaptures::RealPrint;
-
-// A handle holding the real print with the conformance set's light pair.
-class Scanner
-{
-public:
-    Scanner()
-    {
-        SentivoInitialize(nullptr);
-        SentivoCreateHandle(&m_hHandle);
-        const char* aszFiles[3] = {"tests/data/fingerprints/nist_sivv_ink_rolled_card0001_01.bmp",
-                                   "tests/conformance/light/backlight.bmp",
-                                   "tests/conformance/light/dark.bmp"};
-        for (int32_t i = 0; i < 3; ++i)
-        {
-            m_Files[i] = SentivoTool::ReadBmpFile(BenchCaptures::SourceDir() + "/" + aszFiles[i]);
-            SentivoSetImage(m_hHandle, i, m_Files[i].Block(), m_Files[i].BlockSize());
-        }
-    }
-    ~Scanner()
-    {
-        SentivoDestroyHandle(&m_hHandle);
-        SentivoUninitialize();
-    }
-    SentivoHandle Handle() const { return m_hHandle; }
-
-private:
-    SentivoHandle m_hHandle = nullptr;
-    SentivoTool::BmpFile m_Files[3];
-};
+using BenchCaptures::Scanner;
 
 void BM_SentivoDetectFinger(benchmark::State& state)
 {

@@ -2,6 +2,10 @@
 
 #include <cmath>
 
+#include "detection/IpCheckHipass.h"
+#include "detection/IpFingerMinMaxMean.h"
+#include "detection/IpGelatineCheck.h"
+#include "detection/IpRidgeStatistics.h"
 #include "image/ArrayDynamic.h"
 #include "image/Histogram.h"
 #include "processing/PixelWalk.h"
@@ -208,7 +212,43 @@ void ClIpExtractFeatures::AreaStatistics(const ClHistogram& histogram, double ad
     adOut[2] = dEntropy;
 }
 
-// Step 22: the feature stages, in the order of the vector.
-void ClIpExtractFeatures::AddStageFeatures(TpArrayDynamic<double, 10>&)
+// Step 22: the feature stages on the masked image, in the order of the
+// vector; each appends what the vector takes from it.
+void ClIpExtractFeatures::AddStageFeatures(TpArrayDynamic<double, 10>& features)
 {
+    ClIpFingerMinMaxMean intensity;
+    intensity.pInImage = &MaskedImage;
+    RunStage(intensity);
+    features.Add(intensity.MinDeviation);
+    features.Add(intensity.MaxDeviation);
+    features.Add(intensity.MidDeviation);
+
+    ClIpCheckHipass hipass;
+    hipass.pInImage = &MaskedImage;
+    RunStage(hipass);
+    features.Add(hipass.HipassDeviationRatio);
+    features.Add(hipass.HipassMeanRatio);
+
+    // The mean ratios of the widths 11, 3 and 5; the variance ratios stay
+    // unread.
+    ClIpRidgeStatistics ridges;
+    ridges.pInImage = &MaskedImage;
+    RunStage(ridges);
+    for (double dRatio : ridges.m_adMeanRatios)
+        features.Add(dRatio);
+
+    // The driver divides the two mean squared steps itself.
+    double adSteps[2] = {};
+    ClIpGelatineCheck gelatine;
+    gelatine.pInImage = &MaskedImage;
+    gelatine.pInMask = &FinalMask;
+    gelatine.m_pdOutSteps = adSteps;
+    RunStage(gelatine);
+    features.Add(adSteps[0] / adSteps[1]);
+}
+
+void ClIpExtractFeatures::RunStage(ClProcessorBase& stage)
+{
+    stage.EnableLog(IsLogEnabled());
+    stage.Run();
 }

@@ -54,6 +54,7 @@ private:
     // Mean, deviation and entropy of the masked image over one area.
     void AddAreaFeatures(ClImage& area, TpArrayDynamic<double, 10>& features);
     void AddStageFeatures(TpArrayDynamic<double, 10>& features);
+    void RunStage(ClProcessorBase& stage);
 
     ClImage m_Scratch;
     ClImage m_Labels;
