@@ -5,6 +5,9 @@
 #include "detection/IpCheckHipass.h"
 #include "detection/IpFingerMinMaxMean.h"
 #include "detection/IpGelatineCheck.h"
+#include "detection/IpGetMoonValues.h"
+#include "detection/IpGetUchidaProfileValuesFD.h"
+#include "detection/IpRidgeEdgeCheck.h"
 #include "detection/IpRidgeStatistics.h"
 #include "image/ArrayDynamic.h"
 #include "image/Histogram.h"
@@ -245,6 +248,27 @@ void ClIpExtractFeatures::AddStageFeatures(TpArrayDynamic<double, 10>& features)
     gelatine.m_pdOutSteps = adSteps;
     RunStage(gelatine);
     features.Add(adSteps[0] / adSteps[1]);
+
+    ClIpGetMoonValues moon;
+    moon.pInImage = &MaskedImage;
+    RunStage(moon);
+    features.Add(moon.dOutDeviation);
+
+    double adEdges[4] = {};
+    LiveDetection::ClIpRidgeEdgeCheck edges;
+    edges.pInImage = &MaskedImage;
+    edges.padOutFeatures = adEdges;
+    RunStage(edges);
+    for (double dValue : adEdges)
+        features.Add(dValue);
+
+    // The block size keeps its default.
+    ClIpGetUchidaProfileValuesFD profile;
+    profile.pInImage = &MaskedImage;
+    profile.pInMask = &FinalMask;
+    RunStage(profile);
+    for (double dValue : profile.m_adProfileValues)
+        features.Add(dValue);
 }
 
 void ClIpExtractFeatures::RunStage(ClProcessorBase& stage)
