@@ -8,6 +8,7 @@
 #include "detection/IpGetMoonValues.h"
 #include "detection/IpGetUchidaProfileValuesFD.h"
 #include "detection/IpRidgeEdgeCheck.h"
+#include "detection/IpSpectrumAnalysis.h"
 #include "detection/IpRidgeStatistics.h"
 #include "image/ArrayDynamic.h"
 #include "image/Histogram.h"
@@ -268,6 +269,17 @@ void ClIpExtractFeatures::AddStageFeatures(TpArrayDynamic<double, 10>& features)
     profile.pInMask = &FinalMask;
     RunStage(profile);
     for (double dValue : profile.m_adProfileValues)
+        features.Add(dValue);
+
+    // Six entries of the radial spectrum and two ratios of them. Without a
+    // mask pixel the stage returns -15, which is not an error here: the
+    // entries then hold what they held, zeros on a new stage.
+    ClIpSpectrumAnalysis spectrum;
+    spectrum.pInImage = &MaskedImage;
+    spectrum.pInMaskImage = &FinalMask;
+    RunStage(spectrum);
+    const double* S = spectrum.m_adSpectrum;
+    for (double dValue : {S[62] / S[19], S[31] / S[19], S[19], S[31], S[42], S[62], S[65], S[90]})
         features.Add(dValue);
 }
 
