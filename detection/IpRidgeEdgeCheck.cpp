@@ -103,7 +103,7 @@ int32_t ClIpRidgeEdgeCheck::Process()
         const uint8_t* pRow = I.Row(y);
         double* pG = G.Row(y);
         for (int32_t x = 1; x < W - 1; ++x)
-            pG[x] = (dMeanGradient > pG[x]) | (pRow[x] > dMeanGrey) ? 0.0 : pG[x];
+            pG[x] = ((dMeanGradient > pG[x]) | (pRow[x] > dMeanGrey)) ? 0.0 : pG[x];
     }
 
     // 7-8. EdgeValues: the points that stand strictly above their 3 by 3
