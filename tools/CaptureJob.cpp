@@ -54,8 +54,9 @@ JudgedCapture JudgeCapture(ClSentivoSDKHandle& handle, const CaptureFiles& files
     {
         const std::string* apPaths[] = {&files.current, &files.backlight, &files.dark,
                                         &files.previous};
-        judged.message = *apPaths[judged.result.nRefusedImage] + ": " +
-                         SentivoGetErrorDescriptionA(judged.nCode);
+        judged.message = *apPaths[judged.result.nRefusedImage] + ": refused by the image check (" +
+                         std::to_string(judged.nCode) +
+                         "): " + SentivoGetErrorDescriptionA(judged.nCode);
         return judged;
     }
     judged.bRead = true;

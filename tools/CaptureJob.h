@@ -30,7 +30,8 @@ struct JudgedCapture
     // -200 a missing file, -203 a file that cannot be read (a folder, empty,
     // too large), otherwise the image check's own code.
     int32_t nCode = 0;
-    // The library's description of nCode, or the reason naming the file.
+    // The library's description of nCode, or the reason naming the file
+    // ("PATH: refused by the image check (CODE): DESCRIPTION" for a refusal).
     std::string message;
     CaptureResult result;
 };

@@ -47,10 +47,11 @@ bool CsvReader::Next(std::vector<CsvValue>& record)
         {
             value.bQuoted = true;
             ++m_nPos;
+            const size_t nQuoteLine = m_nLine;
             while (true)
             {
                 if (m_nPos >= nSize)
-                    fail("a quoted field is not closed");
+                    throw CsvError(nQuoteLine, "a quoted field is not closed");
                 const char c = m_Text[m_nPos++];
                 if (c == '"')
                 {

@@ -54,10 +54,7 @@ int RunTool(const Arguments& args)
     try
     {
         if (args.empty())
-        {
-            PrintOverview(stderr);
-            return 64;
-        }
+            throw UsageError("needs a COMMAND (sentivo --help lists them)");
         if (args[0] == "--help" || args[0] == "-h" || args[0] == "help")
         {
             if (args.size() > 1)
