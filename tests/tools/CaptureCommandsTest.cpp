@@ -175,10 +175,14 @@ TEST(CaptureCommands, EveryCommandHasHelpAndTheOverviewListsThem)
 {
     const ToolRun overview = RunSentivo({"--help"});
     ASSERT_EQ(overview.nStatus, 0);
+    const std::string manual = ReadFileText(SourceDir() + "/tools/sentivo.1");
+    ASSERT_EQ(SentivoTool::Commands().size(), 9u);
     for (const char* szCommand : {"version", "check", "score", "batch", "evaluate", "threshold",
                                   "features", "inspect", "demo"})
     {
         EXPECT_NE(overview.out.find("\n  " + std::string(szCommand) + " "), std::string::npos);
+        EXPECT_NE(manual.find("\n.SS " + std::string(szCommand) + "\n"), std::string::npos)
+            << "the manual page lacks " << szCommand;
         const ToolRun help = RunSentivo({szCommand, "--help"});
         EXPECT_EQ(help.nStatus, 0) << szCommand;
         EXPECT_EQ(help.out.rfind("usage: sentivo " + std::string(szCommand), 0), 0u) << szCommand;
