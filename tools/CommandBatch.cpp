@@ -151,27 +151,51 @@ bool JudgeAll(const std::vector<const CaptureEntry*>& todo, const BatchOptions& 
     std::atomic<size_t> nNext{0};
     std::atomic<size_t> nFinished{0};
 
+    // Nothing may leave a worker: a capture that fails in an unforeseen way
+    // (out of memory) gets a line of its own, or none when even that fails,
+    // and counts as not judged.
     auto work = [&]()
     {
-        ClSentivoSDKHandle handle;
+        std::unique_ptr<ClSentivoSDKHandle> pHandle;
+        try
+        {
+            pHandle = std::make_unique<ClSentivoSDKHandle>();
+        }
+        catch (...)
+        {
+        }
         for (size_t i = nNext++; i < nCount; i = nNext++)
         {
-            JudgedCapture judged;
+            std::string text;
+            bool bRead = false;
             try
             {
-                judged = JudgeCapture(handle, todo[i]->files, options.settings);
-            }
-            catch (const std::exception& e)
-            {
+                JudgedCapture judged;
                 judged.nCode = ZRC_ERROR_INTERNAL;
-                judged.message = todo[i]->files.current + ": " + e.what();
+                judged.message = todo[i]->files.current + ": no handle to judge it";
+                try
+                {
+                    if (pHandle)
+                        judged = JudgeCapture(*pHandle, todo[i]->files, options.settings);
+                }
+                catch (const std::exception& e)
+                {
+                    judged = JudgedCapture();
+                    judged.nCode = ZRC_ERROR_INTERNAL;
+                    judged.message = todo[i]->files.current + ": " + e.what();
+                }
+                bRead = judged.bRead;
+                text = FormatRecord(RecordOf(*todo[i], judged), options.eFormat, options.bFeatures);
             }
-            std::string text =
-                FormatRecord(RecordOf(*todo[i], judged), options.eFormat, options.bFeatures);
+            catch (...)
+            {
+                text.clear();
+                bRead = false;
+            }
             {
                 std::lock_guard<std::mutex> lock(mutex);
                 slots[i].line = std::move(text);
-                slots[i].bRead = judged.bRead;
+                slots[i].bRead = bRead;
                 slots[i].bDone = true;
             }
             ++nFinished;

@@ -181,3 +181,40 @@ TEST(BatchCommand, UnreadableCapturesGetTheirOwnLineAndTheBatchGoesOn)
     EXPECT_EQ(RunSentivo({"batch", "--output", dir + "/good.csv", dir + "/live/a_good"}).nStatus,
               0);
 }
+
+TEST(BatchCommand, AHandleReusedForCaptureAfterCaptureGivesWhatANewHandleGives)
+{
+    // batch judges all captures of a thread on one handle; features on a new
+    // handle each time. Both judge a still finger.
+    const std::string out = ScratchDir("reuse") + "/all.jsonl";
+    ASSERT_EQ(RunSentivo({"batch", "--threads", "1", "--features", "--format", "jsonl", "--output",
+                          out, kSamples})
+                  .nStatus,
+              0);
+    for (const std::string& line : Lines(ReadFileText(out)))
+    {
+        const nlohmann::json batch = nlohmann::json::parse(line);
+        const std::string current = batch.at("current");
+        const std::string folder =
+            current.substr(0, current.size() - std::string("current.bmp").size());
+        const ToolRun run =
+            RunSentivo({"features", current, folder + "backlight.bmp", folder + "dark.bmp"});
+        ASSERT_EQ(run.nStatus, 0) << run.err;
+        const nlohmann::json alone = nlohmann::json::parse(run.out);
+        EXPECT_EQ(batch.at("finger_code"), alone.at("code")) << current;
+        EXPECT_EQ(batch.at("score"), alone.at("score")) << current;
+        if (alone.at("features").is_null())
+        {
+            EXPECT_TRUE(batch.at("features").is_null()) << current;
+            continue;
+        }
+        ASSERT_EQ(batch.at("features").size(), 42u);
+        for (size_t i = 0; i < 42; ++i)
+        {
+            if (i < alone.at("features").size())
+                EXPECT_EQ(batch.at("features")[i], alone.at("features")[i]) << current << " " << i;
+            else
+                EXPECT_TRUE(batch.at("features")[i].is_null()) << current << " " << i;
+        }
+    }
+}

@@ -7,6 +7,7 @@
 
 #include "BatchRecord.h"
 #include "Csv.h"
+#include "Progress.h"
 #include "ToolOptions.h"
 
 using namespace SentivoTool;
@@ -203,4 +204,17 @@ TEST(BatchRecord, MalformedResultsAreNamedByFileAndLine)
     EXPECT_EQ(InputErrorOf("{\"current\": \"a\", \"label\": \"live\", \"finger_code\": 0, "
                            "\"score\": \"5\"}\n"),
               "out.csv:1: score is neither a number nor null");
+}
+
+TEST(Progress, TheBarShowsTheShareDoneTheRateAndTheTimeLeft)
+{
+    // 5 of 20 in 10 s: a quarter of 30 marks, 0.5 a second, 15 left take 30 s.
+    EXPECT_EQ(Progress::Text(5, 20, 10.0),
+              "[#######.......................] 5/20  0.5/s  0:30 left");
+    // Nothing done yet: no rate to tell the time left by.
+    EXPECT_EQ(Progress::Text(0, 3, 0.0), "[..............................] 0/3");
+    EXPECT_EQ(Progress::Text(3, 3, 2.0), "[##############################] 3/3  1.5/s  0:00 left");
+    // 1 of 10000 in 2 s leaves 9999 x 2 s: 5:33:18.
+    EXPECT_EQ(Progress::Text(1, 10000, 2.0),
+              "[..............................] 1/10000  0.5/s  5:33:18 left");
 }
