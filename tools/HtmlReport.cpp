@@ -69,7 +69,7 @@ std::string ReportHtml(const Evaluation& evaluation, const std::string& scoresSv
             "</td></tr>\n</table>\n";
     if (e.nUnlabelled > 0)
         html +=
-            "<p>" + std::to_string(e.nUnlabelled) + " captures without a label are left out.</p>\n";
+            "<p>Captures without a label, left out: " + std::to_string(e.nUnlabelled) + ".</p>\n";
     if (!e.failed.empty())
     {
         html += "<h3>Captures without a score, by code</h3>\n<table>\n"
