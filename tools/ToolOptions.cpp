@@ -16,11 +16,11 @@
 namespace SentivoTool
 {
 
-const OptionSpec kSecurityLevelOption = {"--security-level", true};
-const OptionSpec kNoMovementOption = {"--no-movement", false};
+const OptionDef kSecurityLevelOption = {"--security-level", true};
+const OptionDef kNoMovementOption = {"--no-movement", false};
 
 CommandLine::CommandLine(const std::vector<std::string>& args,
-                         std::initializer_list<OptionSpec> specs)
+                         std::initializer_list<OptionDef> known)
 {
     bool bOptions = true;
     for (size_t i = 0; i < args.size(); ++i)
@@ -43,13 +43,13 @@ CommandLine::CommandLine(const std::vector<std::string>& args,
         }
         const size_t nEquals = arg.find('=');
         const std::string name = arg.substr(0, nEquals);
-        const OptionSpec* pSpec = nullptr;
-        for (const OptionSpec& spec : specs)
-            if (name == spec.szName)
-                pSpec = &spec;
-        if (pSpec == nullptr)
+        const OptionDef* pKnown = nullptr;
+        for (const OptionDef& option : known)
+            if (name == option.szName)
+                pKnown = &option;
+        if (pKnown == nullptr)
             throw UsageError("unknown option '" + name + "'");
-        if (!pSpec->bValue)
+        if (!pKnown->bValue)
         {
             if (nEquals != std::string::npos)
                 throw UsageError(name + " takes no value");

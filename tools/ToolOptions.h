@@ -29,7 +29,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-struct OptionSpec
+struct OptionDef
 {
     const char* szName; // "--threads"
     bool bValue;        // takes a value: "--threads 4" or "--threads=4"
@@ -40,7 +40,7 @@ struct OptionSpec
 class CommandLine
 {
 public:
-    CommandLine(const std::vector<std::string>& args, std::initializer_list<OptionSpec> specs);
+    CommandLine(const std::vector<std::string>& args, std::initializer_list<OptionDef> known);
 
     bool Help() const { return m_bHelp; }
     bool Has(const std::string& name) const { return m_Values.count(name) != 0; }
@@ -65,8 +65,8 @@ double NumberOption(const std::string& option, const std::string& text, double d
 
 // The options that say how a capture is judged, shared by every command that
 // judges one.
-extern const OptionSpec kSecurityLevelOption;
-extern const OptionSpec kNoMovementOption;
+extern const OptionDef kSecurityLevelOption;
+extern const OptionDef kNoMovementOption;
 
 // A still finger: the second of two identical captures, so that the movement
 // test passes; --security-level and --no-movement as given.
