@@ -1,6 +1,8 @@
 #include "BmpFile.h"
 
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -29,13 +31,30 @@ void Put32(std::vector<uint8_t>& out, uint32_t v)
 
 BmpFile ReadBmpFile(const std::string& path)
 {
+    // A capture is a few hundred kilobytes; the limit keeps a device or a
+    // huge file named by mistake from being read to the end.
+    constexpr std::uintmax_t kLargestFile = 64u << 20;
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status))
+        throw std::runtime_error("cannot open " + path + ": no such file");
+    if (std::filesystem::is_directory(status))
+        throw std::runtime_error("cannot read " + path + ": it is a folder");
+    if (!std::filesystem::is_regular_file(status))
+        throw std::runtime_error("cannot read " + path + ": not a regular file");
+    if (std::filesystem::file_size(path, error) > kLargestFile)
+        throw std::runtime_error("cannot read " + path + ": larger than any capture");
     std::ifstream in(path, std::ios::binary);
     if (!in)
-        throw std::runtime_error("cannot open " + path);
+        throw std::runtime_error("cannot open " + path + ": " + std::strerror(errno));
     BmpFile file;
     file.data.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
     if (in.bad())
         throw std::runtime_error("cannot read " + path);
+    // An empty block would reach the library as a null bitmap, which empties
+    // a slot instead of being refused.
+    if (file.data.empty())
+        throw std::runtime_error("cannot read " + path + ": the file is empty");
     if (file.data.size() > kFileHeaderSize && file.data[0] == 'B' && file.data[1] == 'M')
         file.nBlockOffset = kFileHeaderSize;
     return file;

@@ -20,7 +20,8 @@ struct BmpFile
 
 // Reads a file; a file that starts with "BM" and is long enough loses its file
 // header, anything else is handed on as it stands (the library then judges
-// it). Throws std::runtime_error when the file cannot be read.
+// it). Throws std::runtime_error naming the file when it is missing, not a
+// regular file, empty, too large to be a capture or cannot be read.
 BmpFile ReadBmpFile(const std::string& path);
 
 // Writes an 8-bit grey image (rows as stored, row 0 first) as a bitmap file

@@ -29,6 +29,15 @@ template <typename F> int32_t Call(F&& f, std::string* pMessage = nullptr)
     }
 }
 
+// A copy of its own: the handle reuses its buffers in the next run.
+ClImage Keep(const ClImage& image)
+{
+    ClImage copy;
+    if (image.Data() != nullptr)
+        copy.Assign(image);
+    return copy;
+}
+
 } // namespace
 
 std::string StageMessage(const char* szText)
@@ -40,8 +49,14 @@ std::string StageMessage(const char* szText)
 CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
                          const RunSettings& settings, BmpFile* pPrevious)
 {
-    CaptureResult result;
     ClSentivoSDKHandle handle;
+    return RunCapture(handle, current, backlight, dark, settings, pPrevious);
+}
+
+CaptureResult RunCapture(ClSentivoSDKHandle& handle, BmpFile& current, BmpFile& backlight,
+                         BmpFile& dark, const RunSettings& settings, BmpFile* pPrevious)
+{
+    CaptureResult result;
     ClSentivo& detection = handle.Detection();
     detection.nSecurityLevel = settings.nSecurityLevel;
     detection.bMovementDetection = settings.bMovementDetection;
@@ -70,6 +85,7 @@ CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
         if (bOther && !load(0, current, 0))
             return result;
     }
+    result.capture = Keep(*detection.pInCurrentImage);
 
     ClSentivo::StRunRecord record;
     detection.m_pRecord = &record;
@@ -94,10 +110,10 @@ CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
         std::memcpy(result.adProfile, detection.m_PreviousProfile, sizeof(result.adProfile));
         // The prepared image holds the copy of the capture until the
         // preparation replaces it.
-        result.prepared = detection.m_PreparedImage;
+        result.prepared = Keep(detection.m_PreparedImage);
     }
     if (record.bPrepared)
-        result.fastMask = detection.m_FastMask;
+        result.fastMask = Keep(detection.m_FastMask);
     result.nFalloff = record.nFalloff;
     result.features.assign(record.Features.Data(), record.Features.Data() + record.Features.Size());
     if (record.bNet)
@@ -105,12 +121,13 @@ CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
         result.bNetOutput = true;
         result.dNetOutput = record.dNetOutput;
         // The row the score mapping reads; a NaN output lands on row 0.
-        result.k = std::isnan(record.dNetOutput) ? 0 : static_cast<int32_t>(record.dNetOutput * 999);
+        result.k =
+            std::isnan(record.dNetOutput) ? 0 : static_cast<int32_t>(record.dNetOutput * 999);
     }
     if (record.MaskedImage.Data() != nullptr)
     {
-        result.finalMask = detection.m_FinalMask;
-        result.masked = record.MaskedImage;
+        result.finalMask = Keep(detection.m_FinalMask);
+        result.masked = Keep(record.MaskedImage);
     }
     if (result.nCode == ZRC_SUCCESS)
     {

@@ -10,6 +10,8 @@
 #include "BmpFile.h"
 #include "image/FpImage.h"
 
+class ClSentivoSDKHandle;
+
 namespace SentivoTool
 {
 
@@ -20,9 +22,9 @@ struct RunSettings
     // Where the previous band profile comes from.
     enum EPrevious
     {
-        eNone,    // a new handle
-        eSame,    // the finger half ran once on the same capture
-        eOther    // it ran once with another current image and the same light pair
+        eNone, // a new handle
+        eSame, // the finger half ran once on the same capture
+        eOther // it ran once with another current image and the same light pair
     } ePrevious = eNone;
 };
 
@@ -52,8 +54,9 @@ struct CaptureResult
     int32_t k = 0; // the rate-table row, integer part of net output x 999
     bool bScore = false;
     double dScore = 0.0;
-    // The intermediate images, empty where the run did not make them.
-    ClImage prepared, fastMask, finalMask, masked;
+    // The capture as the handle took it, and the intermediate images, empty
+    // where the run did not make them.
+    ClImage capture, prepared, fastMask, finalMask, masked;
 };
 
 // Loads the three files into a new handle (a file the image check refuses
@@ -61,6 +64,13 @@ struct CaptureResult
 // image of the earlier capture for RunSettings::eOther.
 CaptureResult RunCapture(BmpFile& current, BmpFile& backlight, BmpFile& dark,
                          const RunSettings& settings, BmpFile* pPrevious = nullptr);
+
+// The same on a handle that judges one capture after another (one handle per
+// thread). Its settings are replaced by the run's; what it keeps from its
+// last run is the band profile, so eNone compares with the capture before,
+// while eSame and eOther give the same result as on a new handle.
+CaptureResult RunCapture(ClSentivoSDKHandle& handle, BmpFile& current, BmpFile& backlight,
+                         BmpFile& dark, const RunSettings& settings, BmpFile* pPrevious = nullptr);
 
 // The text of a library exception without the table's first line: the
 // stage's own message.

@@ -73,14 +73,17 @@ std::string ResultJson(const CaptureResult& result)
     json += "  \"movement_sum\": " + (result.bProfile ? JsonNumber(result.dMovementSum) : "null") +
             ",\n";
     json += "  \"falloff_passed\": " +
-            std::string(result.nFalloff < 0 ? "null" : result.nFalloff ? "true" : "false") + ",\n";
+            std::string(result.nFalloff < 0 ? "null"
+                        : result.nFalloff   ? "true"
+                                            : "false") +
+            ",\n";
     json += "  \"features\": " +
             (bFingerPassed && !result.features.empty()
                  ? numbers(result.features.data(), result.features.size())
                  : "null") +
             ",\n";
-    json += "  \"net_output\": " + (result.bNetOutput ? JsonNumber(result.dNetOutput) : "null") +
-            ",\n";
+    json +=
+        "  \"net_output\": " + (result.bNetOutput ? JsonNumber(result.dNetOutput) : "null") + ",\n";
     json += "  \"k\": " + (result.bNetOutput ? std::to_string(result.k) : "null") + ",\n";
     json += "  \"score\": " + (result.bScore ? JsonNumber(result.dScore) : "null") + "\n";
     return json + "}\n";

@@ -1,0 +1,68 @@
+#pragma once
+// Runs the tool in the test process, as main does, and keeps what it wrote.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Commands.h"
+
+struct ToolRun
+{
+    int nStatus = 0;
+    std::string out, err;
+};
+
+inline ToolRun RunSentivo(const std::vector<std::string>& args)
+{
+    ToolRun run;
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    run.nStatus = SentivoTool::RunTool(args);
+    run.err = ::testing::internal::GetCapturedStderr();
+    run.out = ::testing::internal::GetCapturedStdout();
+    return run;
+}
+
+inline std::string ReadFileText(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+inline void WriteFileText(const std::string& path, const std::string& text)
+{
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    size_t nStart = 0;
+    while (nStart < text.size())
+    {
+        size_t nEnd = text.find('\n', nStart);
+        if (nEnd == std::string::npos)
+            nEnd = text.size();
+        lines.push_back(text.substr(nStart, nEnd - nStart));
+        nStart = nEnd + 1;
+    }
+    return lines;
+}
+
+inline std::string SourceDir()
+{
+    return SENTIVO_SOURCE_DIR;
+}
+
+inline std::string ScratchDir(const std::string& name)
+{
+    const std::string path = ::testing::TempDir() + "tool_" + name;
+    std::filesystem::remove_all(path);
+    std::filesystem::create_directories(path);
+    return path;
+}
