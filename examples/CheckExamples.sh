@@ -9,7 +9,8 @@ source_dir=$(cd "$2" && pwd)
 way=$3
 work=$build_dir/examples-check/$way
 captures=$source_dir/tests/conformance/synthetic
-warnings=(-Wall -Wextra -Werror -pedantic)
+# The examples run under the sanitizers: a fault of theirs aborts the run.
+warnings=(-Wall -Wextra -Werror -pedantic -fsanitize=address,undefined -fno-sanitize-recover=all)
 
 rm -rf "$work"
 mkdir -p "$work"

@@ -10,16 +10,18 @@
 static unsigned char* ReadBitmap(const char* szPath, long* pnLength)
 {
     unsigned char* pData = NULL;
+    char acSignature[2];
     FILE* pFile = fopen(szPath, "rb");
     *pnLength = -1;
     if (pFile == NULL)
         return NULL;
-    if (fseek(pFile, 0, SEEK_END) == 0)
+    /* The signature first: a folder opens, but reads nothing. */
+    if (fread(acSignature, 1, 2, pFile) == 2 && memcmp(acSignature, "BM", 2) == 0 &&
+        fseek(pFile, 0, SEEK_END) == 0)
         *pnLength = ftell(pFile);
     if (*pnLength > 14 && fseek(pFile, 0, SEEK_SET) == 0)
         pData = malloc((size_t)*pnLength);
-    if (pData != NULL && (fread(pData, 1, (size_t)*pnLength, pFile) != (size_t)*pnLength ||
-                          memcmp(pData, "BM", 2) != 0))
+    if (pData != NULL && fread(pData, 1, (size_t)*pnLength, pFile) != (size_t)*pnLength)
     {
         free(pData);
         pData = NULL;
