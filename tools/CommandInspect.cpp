@@ -17,12 +17,12 @@ namespace SentivoTool
     "  --security-level N    nSecurityLevel: 1 strict (default), other relaxed\n"                  \
     "  --no-movement         switch the movement test off\n"                                       \
     "  --repeat              the finger half runs once before on the same capture\n"               \
-    "                        (a still finger; the default)\n"                                      \
+    "                        (a scanner's second capture of a still finger)\n"                     \
     "  --previous PREV       ... or on PREV, the current image of the capture\n"                   \
     "                        before, with the same light pair\n"                                   \
-    "  --new-handle          ... or not at all: the first capture of a new handle,\n"              \
-    "                        which compares with an empty profile and so sees a\n"                 \
-    "                        moving finger unless --no-movement\n"
+    "  without either        the first capture of a new handle, which compares\n"                  \
+    "                        with an empty profile and so sees a moving finger\n"                  \
+    "                        unless --no-movement\n"
 
 const char* const kFeaturesHelp =
     "usage: sentivo features [OPTIONS] CURRENT BACKLIGHT DARK\n"
@@ -63,7 +63,6 @@ RunOptions ParseRunOptions(const Arguments& args, bool bInspect, bool& bHelp)
                                   kNoMovementOption,
                                   {"--repeat", false},
                                   {"--previous", true},
-                                  {"--new-handle", false},
                                   {"--out", true}});
     RunOptions options;
     bHelp = line.Help();
@@ -72,10 +71,13 @@ RunOptions ParseRunOptions(const Arguments& args, bool bInspect, bool& bHelp)
     if (!bInspect && line.Has("--out"))
         throw UsageError("unknown option '--out'");
     line.ExpectOperands(3, 3, "CURRENT BACKLIGHT DARK");
-    line.Exclusive({"--repeat", "--previous", "--new-handle"});
+    line.Exclusive({"--repeat", "--previous"});
+    // Unlike the other commands these show one evaluation exactly as asked:
+    // a new handle unless --repeat or --previous names the capture before.
     options.settings = JudgingSettings(line);
-    if (line.Has("--new-handle"))
-        options.settings.ePrevious = RunSettings::eNone;
+    options.settings.ePrevious = line.Has("--repeat")     ? RunSettings::eSame
+                                 : line.Has("--previous") ? RunSettings::eOther
+                                                          : RunSettings::eNone;
     if (line.Has("--previous"))
     {
         if (line.Value("--previous").empty())

@@ -164,7 +164,7 @@ TEST(BatchCommand, UnreadableCapturesGetTheirOwnLineAndTheBatchGoesOn)
         EXPECT_EQ(object.at("current"), dir + "/" + expected[i].first + "/current.bmp");
         const int nCode = object.at("finger_code").get<int>();
         const std::string message = object.at("message").get<std::string>();
-        EXPECT_TRUE(object.at("score").is_null());
+        EXPECT_EQ(object.at("score").is_null(), nCode != 0) << lines[i];
         if (expected[i].second.empty())
         {
             // The good capture is judged as any other.
@@ -198,7 +198,7 @@ TEST(BatchCommand, AHandleReusedForCaptureAfterCaptureGivesWhatANewHandleGives)
         const std::string folder =
             current.substr(0, current.size() - std::string("current.bmp").size());
         const ToolRun run =
-            RunSentivo({"features", current, folder + "backlight.bmp", folder + "dark.bmp"});
+            RunSentivo({"features", "--repeat", current, folder + "backlight.bmp", folder + "dark.bmp"});
         ASSERT_EQ(run.nStatus, 0) << run.err;
         const nlohmann::json alone = nlohmann::json::parse(run.out);
         EXPECT_EQ(batch.at("finger_code"), alone.at("code")) << current;

@@ -84,11 +84,11 @@ TEST(CaptureCommands, ScoreJudgesAStillFingerWhereANewHandleSeesMovement)
     EXPECT_EQ(result.size(), 3u);
 
     // The same capture as the first of a new handle: the finger "moves".
-    const ToolRun first = RunSentivo({"features", "--new-handle", files[0], files[1], files[2]});
+    const ToolRun first = RunSentivo({"features", files[0], files[1], files[2]});
     ASSERT_EQ(first.nStatus, 0);
     EXPECT_EQ(nlohmann::json::parse(first.out).at("finger_code"), ZRC_ERROR_BITMAP_NO_FINGER);
-    // features and score agree on the still finger.
-    const ToolRun still = RunSentivo({"features", files[0], files[1], files[2]});
+    // features with --repeat and score agree on the still finger.
+    const ToolRun still = RunSentivo({"features", "--repeat", files[0], files[1], files[2]});
     EXPECT_EQ(nlohmann::json::parse(still.out).at("code"), nCode);
     // Without the movement test the new handle agrees as well.
     const ToolRun off = RunSentivo({"score", "--no-movement", files[0], files[1], files[2]});
@@ -106,7 +106,8 @@ TEST(CaptureCommands, OverviewShowsTheFiveImagesAsTheOtherPngsDo)
     const std::string dir = ScratchDir("inspect") + "/deeper/out";
     const std::string sample = SourceDir() + "/samples/live/print_arch";
     const std::vector<std::string> files = Files(sample);
-    const ToolRun run = RunSentivo({"inspect", files[0], files[1], files[2], "--out", dir});
+    const ToolRun run =
+        RunSentivo({"inspect", "--repeat", files[0], files[1], files[2], "--out", dir});
     ASSERT_EQ(run.nStatus, 0) << run.err;
     const nlohmann::json result = nlohmann::json::parse(ReadFileText(dir + "/result.json"));
     ASSERT_EQ(result.at("finger_code"), 0) << "the print's finger half passes";
@@ -139,7 +140,7 @@ TEST(CaptureCommands, OverviewShowsTheFiveImagesAsTheOtherPngsDo)
 
     // A run that stops at the movement test made only the capture and its copy.
     const std::string moved = ScratchDir("inspect_moved");
-    ASSERT_EQ(RunSentivo({"inspect", "--new-handle", files[0], files[1], files[2], "--out", moved})
+    ASSERT_EQ(RunSentivo({"inspect", files[0], files[1], files[2], "--out", moved})
                   .nStatus,
               0);
     const Png partial = ReadPng(moved + "/overview.png");

@@ -60,7 +60,7 @@ for command in score features; do
 done
 expect 64 "--no-movement takes no value" score --no-movement=yes "$C" "$B" "$D"
 expect 1 "cannot open $missing" features --previous "$missing" "$C" "$B" "$D"
-expect 64 "--repeat and --new-handle exclude each other" features --repeat --new-handle "$C" "$B" "$D"
+expect 64 "--repeat and --previous exclude each other" features --repeat --previous "$C" "$C" "$B" "$D"
 expect 64 "needs --out DIR" inspect "$C" "$B" "$D"
 expect 1 "$trunc: " inspect "$trunc" "$B" "$D" --out "$work/inspect"
 expect 1 "$work/plain_file/out" inspect "$C" "$B" "$D" --out "$work/plain_file/out"
