@@ -189,13 +189,18 @@ void ClImage::FillBytes(const void* pValue, uint32_t nValueSize, EDataType eValu
         SENTIVO_THROW("Image Type is not the assigned type", ZRC_ERROR_INTERNAL);
     if (!m_Data)
         return;
+    // The first row sample by sample (one byte wide: a memset), every other
+    // row as a copy of it.
     const int64_t nSamples = static_cast<int64_t>(m_nPlanes) * m_nWidth;
-    for (int32_t y = 0; y < m_nHeight; ++y)
-    {
-        uint8_t* pRow = Row<uint8_t>(y);
+    const size_t nRowBytes = static_cast<size_t>(nSamples) * nValueSize;
+    uint8_t* pFirst = Row<uint8_t>(0);
+    if (nValueSize == 1)
+        std::memset(pFirst, *static_cast<const uint8_t*>(pValue), nRowBytes);
+    else
         for (int64_t i = 0; i < nSamples; ++i)
-            std::memcpy(pRow + i * nValueSize, pValue, nValueSize);
-    }
+            std::memcpy(pFirst + i * nValueSize, pValue, nValueSize);
+    for (int32_t y = 1; y < m_nHeight; ++y)
+        std::memcpy(Row<uint8_t>(y), pFirst, nRowBytes);
 }
 
 const char* ClImage::TypeText(EDataType eType)

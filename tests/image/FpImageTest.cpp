@@ -1,5 +1,6 @@
 #include "image/FpImage.h"
 
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <tuple>
@@ -111,4 +112,30 @@ TEST(Image, FromBitmapSharesTheCapturePixelsAndAssignBitmapCopiesThem)
     for (int32_t y = 0; y < 480; ++y)
         ASSERT_EQ(std::memcmp(image.Row<uint8_t>(y), file.data() + 1078 + 320 * y, 320), 0) << y;
     EXPECT_EQ(std::memcmp(shared.Data(), image.Data(), 320 * 480), 0);
+}
+
+TEST(Image, FillWritesEverySampleOfEveryPlaneAndNoPadding)
+{
+    // Widths whose rows end in padding, one and three planes.
+    ClImage bytes, shorts, doubles;
+    bytes.Create(ClImage::eUInt8, 5, 3, 3);
+    std::memset(bytes.Data(), 0xAB, static_cast<size_t>(bytes.ByteSize()));
+    bytes.Fill<uint8_t>(200);
+    shorts.Create(ClImage::eInt16, 3, 4);
+    shorts.Fill<int16_t>(-1234);
+    doubles.Create(ClImage::eDouble64, 2, 2, 2);
+    doubles.Fill(0.25);
+    for (int32_t y = 0; y < 3; ++y)
+    {
+        for (int32_t i = 0; i < 15; ++i)
+            EXPECT_EQ(bytes.Row<uint8_t>(y)[i], 200);
+        EXPECT_EQ(bytes.Row<uint8_t>(y)[15], 0xAB) << "the row's padding stays";
+    }
+    for (int32_t y = 0; y < 4; ++y)
+        for (int32_t x = 0; x < 3; ++x)
+            EXPECT_EQ(shorts.Row<int16_t>(y)[x], -1234);
+    for (int32_t y = 0; y < 2; ++y)
+        for (int32_t i = 0; i < 4; ++i)
+            EXPECT_EQ(doubles.Row<double>(y)[i], 0.25);
+    ExpectThrows([&] { bytes.Fill<int16_t>(3); }, -101, "Image Type is not the assigned type");
 }
