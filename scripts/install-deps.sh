@@ -11,6 +11,7 @@ packages=(
     libbenchmark-dev
     nlohmann-json3-dev  # JSON of the tool and of the conformance test
     libpng-dev          # the tool's PNG images
+    valgrind            # make memcheck
     # The Python package: installed offline into a venv of the system's Python
     python3 python3-venv python3-setuptools python3-wheel
     python3-numpy python3-pytest python3-dask python3-distributed
