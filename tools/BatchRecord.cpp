@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Csv.h"
+#include "JsonLines.h"
 #include "ResultJson.h"
 #include "ToolOptions.h"
 
@@ -100,47 +101,36 @@ void ParseCsv(const std::string& path, const std::string& text, ResultFile& file
 
 void ParseJsonLines(const std::string& path, const std::string& text, ResultFile& file)
 {
-    size_t nStart = 0;
-    for (size_t nLine = 1; nStart < text.size(); ++nLine)
-    {
-        size_t nEnd = text.find('\n', nStart);
-        if (nEnd == std::string::npos)
-            nEnd = text.size();
-        const std::string line = text.substr(nStart, nEnd - nStart);
-        nStart = nEnd + 1;
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
-            continue;
-        const std::string where = path + ":" + std::to_string(nLine);
-        const nlohmann::json object = nlohmann::json::parse(line, nullptr, false);
-        if (!object.is_object())
-            throw InputError(where + ": not a JSON object");
-        BatchRecord result;
-        const auto current = object.find("current");
-        if (current == object.end() || !current->is_string())
-            throw InputError(where + ": no current path");
-        result.current = current->get<std::string>();
-        const auto label = object.find("label");
-        if (label == object.end() || !(label->is_null() || label->is_string()))
-            throw InputError(where + ": label is neither a text nor null");
-        if (label->is_string())
-            result.label = ParseLabel(label->get<std::string>(), where);
-        const auto code = object.find("finger_code");
-        if (code == object.end() || !code->is_number_integer() ||
-            code->get<int64_t>() < INT32_MIN || code->get<int64_t>() > INT32_MAX)
-            throw InputError(where + ": finger_code is not a whole number");
-        result.nFingerCode = static_cast<int32_t>(code->get<int64_t>());
-        const auto message = object.find("message");
-        if (message != object.end() && message->is_string())
-            result.message = message->get<std::string>();
-        const auto score = object.find("score");
-        if (score == object.end() || !(score->is_null() || score->is_number()))
-            throw InputError(where + ": score is neither a number nor null");
-        if (score->is_number())
-            result.score = score->get<double>();
-        if (file.records.empty())
-            file.bFeatures = object.contains("features");
-        file.records.push_back(std::move(result));
-    }
+    ForEachJsonLine(path, text,
+                    [&](const nlohmann::json& object, const std::string& where, size_t)
+                    {
+                        BatchRecord result;
+                        const auto current = object.find("current");
+                        if (current == object.end() || !current->is_string())
+                            throw InputError(where + ": no current path");
+                        result.current = current->get<std::string>();
+                        const auto label = object.find("label");
+                        if (label == object.end() || !(label->is_null() || label->is_string()))
+                            throw InputError(where + ": label is neither a text nor null");
+                        if (label->is_string())
+                            result.label = ParseLabel(label->get<std::string>(), where);
+                        const auto code = object.find("finger_code");
+                        if (code == object.end() || !code->is_number_integer() ||
+                            code->get<int64_t>() < INT32_MIN || code->get<int64_t>() > INT32_MAX)
+                            throw InputError(where + ": finger_code is not a whole number");
+                        result.nFingerCode = static_cast<int32_t>(code->get<int64_t>());
+                        const auto message = object.find("message");
+                        if (message != object.end() && message->is_string())
+                            result.message = message->get<std::string>();
+                        const auto score = object.find("score");
+                        if (score == object.end() || !(score->is_null() || score->is_number()))
+                            throw InputError(where + ": score is neither a number nor null");
+                        if (score->is_number())
+                            result.score = score->get<double>();
+                        if (file.records.empty())
+                            file.bFeatures = object.contains("features");
+                        file.records.push_back(std::move(result));
+                    });
 }
 
 } // namespace

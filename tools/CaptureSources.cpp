@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Csv.h"
+#include "JsonLines.h"
 #include "ToolOptions.h"
 
 namespace fs = std::filesystem;
@@ -102,40 +103,30 @@ void ReadCsvManifest(const std::string& manifest, std::vector<CaptureEntry>& ent
 
 void ReadJsonManifest(const std::string& manifest, std::vector<CaptureEntry>& entries)
 {
-    const std::string text = ReadTextFile(manifest);
-    size_t nStart = 0;
-    for (size_t nLine = 1; nStart < text.size(); ++nLine)
-    {
-        size_t nEnd = text.find('\n', nStart);
-        if (nEnd == std::string::npos)
-            nEnd = text.size();
-        const std::string line = text.substr(nStart, nEnd - nStart);
-        nStart = nEnd + 1;
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
-            continue;
-        const std::string where = manifest + ":" + std::to_string(nLine);
-        const nlohmann::json object = nlohmann::json::parse(line, nullptr, false);
-        if (!object.is_object())
-            throw InputError(where + ": not a JSON object");
-        CaptureEntry entry;
-        std::string* apPaths[] = {&entry.files.current, &entry.files.backlight, &entry.files.dark};
-        const char* aszKeys[] = {"current", "backlight", "dark"};
-        for (int i = 0; i < 3; ++i)
-        {
-            const auto it = object.find(aszKeys[i]);
-            if (it == object.end() || !it->is_string() || it->get<std::string>().empty())
-                throw InputError(where + ": no path for " + aszKeys[i]);
-            *apPaths[i] = ManifestPath(manifest, it->get<std::string>());
-        }
-        const auto label = object.find("label");
-        if (label != object.end() && !label->is_null())
-        {
-            if (!label->is_string())
-                throw InputError(where + ": label is not a text");
-            entry.label = CheckedLabel(manifest, nLine, label->get<std::string>());
-        }
-        entries.push_back(std::move(entry));
-    }
+    ForEachJsonLine(manifest, ReadTextFile(manifest),
+                    [&](const nlohmann::json& object, const std::string& where, size_t nLine)
+                    {
+                        CaptureEntry entry;
+                        std::string* apPaths[] = {&entry.files.current, &entry.files.backlight,
+                                                  &entry.files.dark};
+                        const char* aszKeys[] = {"current", "backlight", "dark"};
+                        for (int i = 0; i < 3; ++i)
+                        {
+                            const auto it = object.find(aszKeys[i]);
+                            if (it == object.end() || !it->is_string() ||
+                                it->get<std::string>().empty())
+                                throw InputError(where + ": no path for " + aszKeys[i]);
+                            *apPaths[i] = ManifestPath(manifest, it->get<std::string>());
+                        }
+                        const auto label = object.find("label");
+                        if (label != object.end() && !label->is_null())
+                        {
+                            if (!label->is_string())
+                                throw InputError(where + ": label is not a text");
+                            entry.label = CheckedLabel(manifest, nLine, label->get<std::string>());
+                        }
+                        entries.push_back(std::move(entry));
+                    });
 }
 
 bool EndsWith(const std::string& text, const char* szEnd)

@@ -13,24 +13,7 @@
 
 #include <sentivo/sentivo.h>
 
-static uint8_t* ReadBlock(const char* szPath, uint32_t* pnSize)
-{
-    FILE* pFile = fopen(szPath, "rb");
-    if (pFile == NULL)
-        return NULL;
-    fseek(pFile, 0, SEEK_END);
-    const long nSize = ftell(pFile);
-    fseek(pFile, 14, SEEK_SET);
-    uint8_t* pBlock = nSize > 14 ? malloc((size_t)(nSize - 14)) : NULL;
-    if (pBlock != NULL && fread(pBlock, 1, (size_t)(nSize - 14), pFile) != (size_t)(nSize - 14))
-    {
-        free(pBlock);
-        pBlock = NULL;
-    }
-    fclose(pFile);
-    *pnSize = (uint32_t)(nSize - 14);
-    return pBlock;
-}
+#include "support/bitmap_block.h"
 
 static double Now(void)
 {
@@ -56,7 +39,7 @@ int main(int argc, char** argv)
     uint8_t* apBlocks[3];
     uint32_t anSizes[3];
     for (int i = 0; i < 3; ++i)
-        if ((apBlocks[i] = ReadBlock(argv[2 + i], &anSizes[i])) == NULL)
+        if ((apBlocks[i] = ReadBitmapBlock(argv[2 + i], &anSizes[i])) == NULL)
         {
             fprintf(stderr, "cannot read %s\n", argv[2 + i]);
             return 1;

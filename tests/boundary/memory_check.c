@@ -9,25 +9,7 @@
 
 #include <sentivo/sentivo.h>
 
-/* The block behind the 14-byte file header of a bitmap file. */
-static uint8_t* ReadBlock(const char* szPath, uint32_t* pnSize)
-{
-    FILE* pFile = fopen(szPath, "rb");
-    if (pFile == NULL)
-        return NULL;
-    fseek(pFile, 0, SEEK_END);
-    const long nSize = ftell(pFile);
-    fseek(pFile, 14, SEEK_SET);
-    uint8_t* pBlock = nSize > 14 ? malloc((size_t)(nSize - 14)) : NULL;
-    if (pBlock != NULL && fread(pBlock, 1, (size_t)(nSize - 14), pFile) != (size_t)(nSize - 14))
-    {
-        free(pBlock);
-        pBlock = NULL;
-    }
-    fclose(pFile);
-    *pnSize = (uint32_t)(nSize - 14);
-    return pBlock;
-}
+#include "support/bitmap_block.h"
 
 int main(int argc, char** argv)
 {
@@ -57,7 +39,7 @@ int main(int argc, char** argv)
             char szPath[4096];
             uint32_t nSize = 0;
             snprintf(szPath, sizeof szPath, "%s/%s", szFolder, aszNames[k]);
-            uint8_t* pBlock = ReadBlock(szPath, &nSize);
+            uint8_t* pBlock = ReadBitmapBlock(szPath, &nSize);
             if (pBlock == NULL)
             {
                 fprintf(stderr, "cannot read %s\n", szPath);
