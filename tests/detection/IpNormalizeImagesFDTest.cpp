@@ -1,7 +1,5 @@
 #include "detection/IpNormalizeImagesFD.h"
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "image/ImageTestSupport.h"
@@ -14,31 +12,21 @@ TEST(IpNormalizeImagesFD, AContrastOf100IsFilteredAnd99IsFlatGrey)
     Sentivo::ClIpNormalizeImagesFD normalize;
     for (int nHigh : {109, 110})
     {
-        ClImage capture = TestImages::ImageOf(320, 480,
-                                              [=](int32_t x, int32_t y)
-                                              {
-                                                  return x >= 50 && x < 100 && y == 100 ? 10
-                                                         : x >= 50 && x < 100 && y == 200
-                                                             ? nHigh
-                                                             : (10 + nHigh) / 2;
-                                              });
+        ClImage capture = TestImages::ImageOf(
+            320, 480,
+            [=](int32_t x, int32_t y)
+            {
+                const bool bRun = x >= 50 && x < 100;
+                return bRun && y == 100 ? 10 : bRun && y == 200 ? nHigh : (10 + nHigh) / 2;
+            });
         ClImage out;
         ASSERT_EQ(normalize.Run(&capture, &out), 0);
         EXPECT_EQ(out.DataType(), ClImage::eUInt8);
-        // Too little contrast leaves flat grey; enough maps the extreme of
-        // the platen's centre to 2 or 254.
         int64_t nNotGrey = 0;
-        uint8_t nMin = 255, nMax = 0;
         for (int32_t y = 0; y < 480; ++y)
             for (int32_t x = 0; x < 320; ++x)
-            {
-                const uint8_t v = out.Row<uint8_t>(y)[x];
-                nNotGrey += v != 128;
-                if (y >= 80 && y <= 399 && x >= 40 && x <= 279)
-                    nMin = std::min(nMin, v), nMax = std::max(nMax, v);
-            }
-        EXPECT_EQ(nNotGrey == 0, nHigh == 109);
-        EXPECT_TRUE(nHigh == 109 || nMin == 2 || nMax == 254) << int(nMin) << " " << int(nMax);
+                nNotGrey += out.Row<uint8_t>(y)[x] != 128;
+        EXPECT_EQ(nNotGrey == 0, nHigh == 109) << nHigh;
     }
 }
 
