@@ -10,6 +10,7 @@
 #include "BmpFile.h"
 #include "image/ImageTestSupport.h"
 #include "sdk/SentivoSDKHandle.h"
+#include "support/DetectionImages.h"
 
 TEST(Sentivo, InitResetsTheScoreAndChecksTheInputsInOrder)
 {
@@ -181,21 +182,18 @@ TEST(SentivoFakeHalf, FalloffBandsMustFallSteeplyFromAnEarlyMaximum)
     // A filtered light difference whose seven bands (rows 32 + 32 i to
     // 63 + 32 i, columns 10-309) are flat at the given values: each band's
     // value is then its grey value. Value 0 leaves a band unlit.
+    // Band 0 may have only some lit pixels, the rest below bin 9.
     auto verdict = [](std::vector<int> values, int nLitInBand0 = -1)
     {
-        ClImage difference;
-        difference.Create(ClImage::eUInt8, 320, 480);
-        difference.Fill<uint8_t>(0);
-        for (int i = 0; i < 7; ++i)
-            for (int32_t y = 32 * (i + 1); y < 32 * (i + 2); ++y)
-                for (int32_t x = 0; x < 320; ++x)
-                    difference.Row<uint8_t>(y)[x] = static_cast<uint8_t>(values[i]);
-        // Band 0 with only some lit pixels (the rest below bin 9).
-        if (nLitInBand0 >= 0)
-            for (int32_t n = 0; n < 300 * 32; ++n)
-                difference.Row<uint8_t>(32 + n / 300)[10 + n % 300] =
-                    n < nLitInBand0 ? static_cast<uint8_t>(values[0]) : 8;
-        return ClSentivo::FalloffOfBands(difference);
+        return ClSentivo::FalloffOfBands(
+            TestImages::ImageOf(320, 480,
+                                [&](int32_t x, int32_t y)
+                                {
+                                    const int32_t i = y / 32 - 1, n = (y - 32) * 300 + x - 10;
+                                    if (i == 0 && nLitInBand0 >= 0 && x >= 10 && x < 310)
+                                        return n < nLitInBand0 ? values[0] : 8;
+                                    return i >= 0 && i < 7 ? values[i] : 0;
+                                }));
     };
     // Slope (38 - 10) / 7 = 4.0 and ratio 13 / 10 = 1.3: both limits pass.
     EXPECT_TRUE(verdict({38, 30, 20, 13, 12, 11, 10}));
