@@ -1,30 +1,22 @@
 #include "detection/IpGetUchidaProfileValuesFD.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "image/ImageTestSupport.h"
+#include "support/DetectionImages.h"
+
+using namespace TestImages;
 
 namespace
 {
 
 using Stage = ClIpGetUchidaProfileValuesFD;
 using V = Stage::StVertex;
-
-ClImage Filled(int32_t W, int32_t H, uint8_t nValue)
-{
-    ClImage image;
-    image.Create(ClImage::eUInt8, W, H);
-    image.Fill<uint8_t>(nValue);
-    return image;
-}
 
 // One triangle of tag 2 on a work mask of 1s, rows joined by '|': '3' where
 // it drew, '1' elsewhere. out receives the values, 99 where nothing drew.
@@ -69,10 +61,6 @@ TEST(IpGetUchidaProfileValuesFD, TrianglesFollowTheFixedPointRulesToThePixel)
               "1111111|1131111|1131111|1131111|1333111|1333111|1333111|3333311|3333311|1111111|");
     EXPECT_EQ(out.Row<uint8_t>(3)[2], 8);
     EXPECT_EQ(out.Row<uint8_t>(6)[1], 6);
-    // Along a row too: from 10 down to 4 over 9 pixels, 8 and 6 on the spot.
-    Drawn(10, 4, {0, 0, 10}, {9, 0, 4}, {9, 3, 4}, out);
-    EXPECT_EQ(out.Row<uint8_t>(0)[3], 8);
-    EXPECT_EQ(out.Row<uint8_t>(0)[6], 6);
     // Past a corner on the right side, on the left side, and a flat bottom.
     EXPECT_EQ(Drawn(6, 5, {0, 0, 0}, {4, 2, 0}, {0, 4, 0}, out),
               "111111|331111|333311|331111|111111|");
@@ -92,84 +80,27 @@ TEST(IpGetUchidaProfileValuesFD, TrianglesFollowTheFixedPointRulesToThePixel)
         EXPECT_EQ(Drawn(6, 5, far, {4, 2, 0}, {0, 4, 0}, out), kNothing);
 }
 
-TEST(IpGetUchidaProfileValuesFD, RandomTrianglesStayInsideTheBoxOfTheirCorners)
+TEST(IpGetUchidaProfileValuesFD, FlatSurfacesGiveTheirValuesAndUpperDistanceAroundTheLowerMean)
 {
-    // Never the bottom row or right column of the box; values between the
-    // corners' values.
-    std::mt19937 random(7);
-    for (int n = 0; n < 2000; ++n)
-    {
-        std::array<V, 3> P;
-        for (V& p : P)
-            p = {int32_t(random() % 9), int32_t(random() % 7), int32_t(random() % 256)};
-        auto [x0, x1] = std::minmax({P[0].nX, P[1].nX, P[2].nX});
-        auto [y0, y1] = std::minmax({P[0].nY, P[1].nY, P[2].nY});
-        auto [v0, v1] = std::minmax({P[0].nValue, P[1].nValue, P[2].nValue});
-        ClImage out;
-        const std::string s = Drawn(9, 7, P[0], P[1], P[2], out);
-        for (int32_t k = 0; k < 70; ++k)
-        {
-            const int32_t x = k % 10, y = k / 10;
-            if (s[k] != '3')
-                continue;
-            const int32_t v = out.Row<uint8_t>(y)[x];
-            EXPECT_TRUE(x >= x0 && x < x1 && y >= y0 && y < y1 && v >= v0 && v <= v1);
-        }
-    }
-}
-
-TEST(IpGetUchidaProfileValuesFD, ValuesOfBlocksWithALighterCorner)
-{
-    // Blocks of 8 with values 100, 140, 60 across, each top left pixel 20
-    // lighter: the maxima sit on the block corners and the minima one pixel
-    // right of them. Both surfaces are ramps along x; valid are columns 1 to
-    // 15 of rows 0 to 7.
-    const int32_t g[3] = {100, 140, 60};
-    auto U = [](int32_t x) { return x < 8 ? 120 + 5 * x : 160 - 10 * (x - 8); };
-    auto L = [](int32_t x) { return x < 9 ? 100 + 5 * (x - 1) : 140 - 10 * (x - 9); };
-    ClImage image = Filled(24, 16, 0);
-    for (int32_t k = 0; k < 24 * 16; ++k)
-        image.Row<uint8_t>(k / 24)[k % 24] =
-            uint8_t(g[k % 24 / 8] + (k % 8 == 0 && k / 24 % 8 == 0) * 20);
-
-    // Plain statistics of U, L, I, U - I, I - L, U + L; the distance to the
-    // upper surface is taken around the mean distance to the lower one.
-    std::vector<std::array<double, 6>> terms;
-    for (int32_t y = 0; y < 8; ++y)
-        for (int32_t x = 1; x < 16; ++x)
-        {
-            const int32_t I = image.Row<uint8_t>(y)[x];
-            terms.push_back({double(U(x)), double(L(x)), double(I), double(U(x) - I),
-                             double(I - L(x)), double(U(x) + L(x))});
-        }
-    const double n = double(terms.size());
-    double m[6] = {}, s[5] = {};
-    for (const auto& t : terms)
-        for (int k = 0; k < 6; ++k)
-            m[k] += t[k] / n;
-    for (const auto& t : terms)
-        for (int k = 0; k < 5; ++k)
-            s[k] += std::pow(t[k] - m[k == 3 ? 4 : k], 2);
-    Stage stage;
-    ClImage mask = Filled(24, 16, 255);
-    stage.pInImage = &image;
-    stage.pInMask = &mask;
-    ASSERT_EQ(stage.Run(), 0);
+    // Two by two blocks of 8 at 120, each with its maximum 200 one right of
+    // its corner and its minimum 100 one below it: the upper surface covers
+    // columns 1-8 of rows 0-7 at 200, the lower columns 0-7 of rows 1-8 at
+    // 100, and the 7 x 7 valid pixels between them are all 120. So every
+    // deviation is 0 but that of U - I, taken around the mean of I - L:
+    // |80 - 20| over 49 pixels, divided by 48.
+    const ClImage image =
+        ImageOf(16, 16,
+                [](int32_t x, int32_t y) {
+                    return x % 8 == 1 && y % 8 == 0 ? 200 : x % 8 == 0 && y % 8 == 1 ? 100 : 120;
+                });
+    const double expected[Stage::kValues] = {
+        200, 100, 120, 80, 20, 300, 0, 0, 0, 60 * 7 / std::sqrt(48.0), 0};
+    const std::vector<double> v = Values(image, Filled(16, 16, 255));
     for (int k = 0; k < Stage::kValues; ++k)
-        EXPECT_NEAR(stage.m_adProfileValues[k] * 255.0,
-                    k < 6 ? m[k] : std::sqrt(s[k - 6] / (n - 1)), 1e-11)
-            << k;
-    for (int32_t k = 0; k < 24 * 16; ++k)
-    {
-        const int32_t x = k % 24, y = k / 24;
-        const bool bValid = y < 8 && x >= 1 && x < 16;
-        EXPECT_EQ(stage.UpperProfile.Row<uint8_t>(y)[x], bValid ? U(x) : 0) << x << "," << y;
-        EXPECT_EQ(stage.LowerProfile.Row<uint8_t>(y)[x], bValid ? L(x) : 0) << x << "," << y;
-    }
+        EXPECT_DOUBLE_EQ(v[k] * 255.0, expected[k]) << k;
     // Mask value 1 counts as 255; 2 is counted but never valid.
-    EXPECT_EQ(Values(image, Filled(24, 16, 1)),
-              std::vector<double>(stage.m_adProfileValues, stage.m_adProfileValues + 11));
-    EXPECT_TRUE(std::isnan(Values(image, Filled(24, 16, 2))[0]));
+    EXPECT_EQ(Values(image, Filled(16, 16, 1)), v);
+    EXPECT_TRUE(std::isnan(Values(image, Filled(16, 16, 2))[0]));
 }
 
 TEST(IpGetUchidaProfileValuesFD, FirstCountedPixelIsBothExtremesOfItsBlock)

@@ -75,10 +75,10 @@ fi
 expect 64 "needs at least one FILE" check
 
 # batch: sources and options.
-expect 1 "$work/no_captures: no captures" batch "$work/no_captures"
+expect 1 "$work/no_captures: no captures (no folder in it holds current.bmp)" batch "$work/no_captures"
 expect 1 "$work/nothing: no such file or folder" batch "$work/nothing"
-expect 1 "$work/plain_file: neither a folder nor a manifest" batch "$work/plain_file"
-expect 1 "$work/bad_header.csv:1: the header is not" batch "$work/bad_header.csv"
+expect 1 "$work/plain_file: neither a folder nor a manifest (.csv or .jsonl)" batch "$work/plain_file"
+expect 1 "$work/bad_header.csv:1: the header is not current,backlight,dark[,label]" batch "$work/bad_header.csv"
 expect 1 "$work/short_row.csv:2: 2 fields, not 3" batch "$work/short_row.csv"
 expect 1 "$work/broken.jsonl:2: not a JSON object" batch "$work/broken.jsonl"
 expect 64 "--threads needs a whole number from 1 to 1024, not '0'" batch --threads 0 "$sample"

@@ -1,0 +1,43 @@
+#pragma once
+// Small 8-bit images for the detection stage tests.
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "image/FpImage.h"
+
+namespace TestImages
+{
+
+// W by H pixels of value(x, y).
+inline ClImage ImageOf(int32_t W, int32_t H, const std::function<int(int32_t, int32_t)>& value)
+{
+    ClImage image;
+    image.Create(ClImage::eUInt8, W, H);
+    for (int32_t y = 0; y < H; ++y)
+        for (int32_t x = 0; x < W; ++x)
+            image.Row<uint8_t>(y)[x] = static_cast<uint8_t>(value(x, y));
+    return image;
+}
+
+inline ClImage Filled(int32_t W, int32_t H, int nValue)
+{
+    return ImageOf(W, H, [=](int32_t, int32_t) { return nValue; });
+}
+
+// W columns holding the values row after row.
+inline ClImage Grid(int32_t W, const std::vector<int>& v)
+{
+    return ImageOf(W, static_cast<int32_t>(v.size()) / W,
+                   [&](int32_t x, int32_t y) { return v[y * W + x]; });
+}
+
+// nLength rows that each are the profile, or nLength such columns.
+inline ClImage Striped(const std::vector<int>& profile, int32_t nLength, bool bColumns = false)
+{
+    const int32_t n = static_cast<int32_t>(profile.size());
+    return ImageOf(bColumns ? nLength : n, bColumns ? n : nLength,
+                   [&](int32_t x, int32_t y) { return profile[bColumns ? y : x]; });
+}
+
+} // namespace TestImages
