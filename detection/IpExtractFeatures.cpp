@@ -108,11 +108,17 @@ void ClIpExtractFeatures::StretchContrast()
     ForEachPixel(
         [](uint8_t m, uint8_t h, uint8_t l, uint8_t& v)
         {
-            if (m <= 128 || h <= l)
-                return;
-            int32_t n = (v - l) * 255 / (h - l);
+            // n = (v - l) * 255 / (h - l), truncated: the float quotient
+            // truncates to the same whole number, since the numerator is
+            // exact in a float and a quotient that is not whole lies at least
+            // 1 / 255 from the next one, more than half a float step there.
+            // A negative n becomes 0 either way.
+            const int32_t d = h - l;
+            int32_t n = static_cast<int32_t>(static_cast<float>((v - l) * 255) /
+                                             static_cast<float>(d > 0 ? d : 1));
             n = n < 0 ? 0 : (n > 255 ? 255 : n);
-            v = static_cast<uint8_t>(((255 - m) * v + (m - 128) * n) / 127);
+            const int32_t nStretched = ((255 - m) * v + (m - 128) * n) / 127;
+            v = m <= 128 || d <= 0 ? v : static_cast<uint8_t>(nStretched);
         },
         View<const uint8_t>(SoftMask), View<const uint8_t>(HighEnvelope),
         View<const uint8_t>(LowEnvelope), View<uint8_t>(StretchedImage));

@@ -55,26 +55,30 @@ int32_t ClIpRidgeEdgeCheck::Process()
     m_GradientImage.Create(ClImage::eDouble64, W, H, 1);
     m_GradientImage.Fill(0.0);
     const PixelWalk::TpView<double> G(m_GradientImage);
-    double dGreySum = 0.0;
-    int64_t nGreyCount = 0;
+    int64_t nGreySum = 0, nGreyCount = 0;
     for (int32_t y = 1; y < H - 1; ++y)
     {
         const uint8_t* pAbove = I.Row(y - 1);
         const uint8_t* pRow = I.Row(y);
         const uint8_t* pBelow = I.Row(y + 1);
         double* pG = G.Row(y);
+        // The squares of whole numbers are exact, so the power function
+        // with exponent 2.0 is the product; the root is the hardware's.
         for (int32_t x = 1; x < W - 1; ++x)
         {
             const double dDown = static_cast<double>(pAbove[x] - pBelow[x]);
             const double dAcross = static_cast<double>(pRow[x - 1] - pRow[x + 1]);
-            pG[x] = std::sqrt(std::pow(dDown, 2.0) + std::pow(dAcross, 2.0));
-            // Adding 0 for a pixel of 255 keeps the sum exact and the loop
-            // free of branches on the image content.
+            pG[x] = std::sqrt(dDown * dDown + dAcross * dAcross);
+        }
+        // Whole grey values add up exactly in any order.
+        for (int32_t x = 1; x < W - 1; ++x)
+        {
             const bool bCounted = pRow[x] < 255;
-            dGreySum += bCounted ? pRow[x] : 0;
+            nGreySum += bCounted ? pRow[x] : 0;
             nGreyCount += bCounted;
         }
     }
+    const double dGreySum = static_cast<double>(nGreySum);
 
     // 3-4.
     if (H <= 2 || nGreyCount == 0)
