@@ -175,23 +175,18 @@ int32_t ClIpGetUchidaProfileValuesFD::Process()
         }
     }
 
-    // 6. Only the valid pixels keep their surface values.
+    // 6-8. Only the valid pixels keep their surface values; their sums give
+    // the six means.
     const TpView<uint8_t> U(UpperProfile), L(LowerProfile);
-    PixelWalk::ForEachPixel(
-        [](const uint8_t& m, uint8_t& u, uint8_t& l)
-        {
-            if (m != kValid)
-                u = l = 0;
-        },
-        M, U, L);
-
-    // 7-8. Sums over the valid pixels, and the six means from them.
     int64_t N = 0, nSumU = 0, nSumL = 0, nSumI = 0;
     PixelWalk::ForEachPixel(
-        [&](const uint8_t& m, const uint8_t& u, const uint8_t& l, const uint8_t& g)
+        [&](const uint8_t& m, uint8_t& u, uint8_t& l, const uint8_t& g)
         {
             if (m != kValid)
+            {
+                u = l = 0;
                 return;
+            }
             ++N;
             nSumU += u;
             nSumL += l;
@@ -206,19 +201,31 @@ int32_t ClIpGetUchidaProfileValuesFD::Process()
     const double dMeanUI = static_cast<double>(nSumU - nSumI) / dN;
     const double dMeanUL = static_cast<double>(nSumU + nSumL) / dN;
 
-    // 9. Squared deviations. The distance to the upper surface is taken
-    // around the mean distance to the lower one: the net was trained on that
-    // slip of the two means.
+    // 9. Squared deviations, added pixel by pixel. The distance to the upper
+    // surface is taken around the mean distance to the lower one: the net
+    // was trained on that slip of the two means. Each square depends on one
+    // grey value or one difference of two, so it is taken from a table of
+    // the same products.
+    double adSquareU[256], adSquareL[256], adSquareI[256], adSquareDifference[511];
+    for (int32_t v = 0; v < 256; ++v)
+    {
+        adSquareU[v] = (v - dMeanU) * (v - dMeanU);
+        adSquareL[v] = (v - dMeanL) * (v - dMeanL);
+        adSquareI[v] = (v - dMeanI) * (v - dMeanI);
+    }
+    for (int32_t d = -255; d <= 255; ++d)
+        adSquareDifference[d + 255] = (d - dMeanIL) * (d - dMeanIL);
     double s[5] = {0.0, 0.0, 0.0, 0.0, 0.0};
     PixelWalk::ForEachPixel(
         [&](const uint8_t& m, const uint8_t& u, const uint8_t& l, const uint8_t& g)
         {
             if (m != kValid)
                 return;
-            const double d[5] = {u - dMeanU, l - dMeanL, g - dMeanI, (g - l) - dMeanIL,
-                                 (u - g) - dMeanIL};
-            for (int k = 0; k < 5; ++k)
-                s[k] += d[k] * d[k];
+            s[0] += adSquareU[u];
+            s[1] += adSquareL[l];
+            s[2] += adSquareI[g];
+            s[3] += adSquareDifference[g - l + 255];
+            s[4] += adSquareDifference[u - g + 255];
         },
         M, U, L, I);
 
