@@ -145,6 +145,7 @@ template <typename T> void ExpectOnRandomImages(ClImage::EDataType eType, uint32
     // values make ties.
     constexpr T lo = std::numeric_limits<T>::lowest(), hi = std::numeric_limits<T>::max();
     const std::vector<T> limits = {lo, T(lo + 1), T(0), T(1), T(hi - 1), hi};
+    ExpectAllWidths<T>(TestImages::RandomImage(eType, 6, 5, 3, nSeed++), CutOffExtreme<T>);
     for (auto [w, h] : WindowReference::Sizes())
     {
         ExpectAllWidths<T>(TestImages::RandomImage(eType, w, h, 1, nSeed++), CutOffExtreme<T>);
