@@ -7,7 +7,7 @@
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
@@ -159,7 +159,7 @@ int32_t ClIpBinarizeGlobal::Dispatch(const ClImage& in, ClImage& out)
             using TOut = typename decltype(outTag)::Type;
             if constexpr (std::is_same_v<TIn, uint8_t>)
             {
-                Ip1to1Paths::RunTable<TOut>(
+                Ip1To1Paths::RunTable<TOut>(
                     in, out, [&](double dSample) { return PixelOp(in, out, dSample); });
             }
             else

@@ -2,7 +2,7 @@
 // ClIpBinarizeGlobal: every sample at or above one threshold becomes white,
 // every other sample black. Threshold and colours left as NaN are derived
 // from the output's value range.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpBinarizeGlobal : public NewIpBase::ClIp1to1Base
 {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "image/Histogram.h"
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpHistogramEqualization : public NewIpBase::ClIp1to1Base
 {

@@ -1,6 +1,6 @@
 #pragma once
 // ClIpInvert: mirrors the input's value range and maps it onto the output's.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpInvert : public NewIpBase::ClIp1to1Base
 {

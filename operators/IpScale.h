@@ -1,7 +1,7 @@
 #pragma once
 // ClIpScale: multiplies every sample by a factor and clamps the product to
 // the output's value range.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpScale : public NewIpBase::ClIp1to1Base
 {

@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "parameters/ParameterContainer.h"
-#include "processing/Ip2to1Paths.h"
+#include "processing/Ip2To1Paths.h"
 #include "processing/SelectDataTypes.h"
 
 namespace
@@ -116,7 +116,7 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                                int64_t nOutPitch)
 {
-    const Ip2to1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
+    const Ip2To1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
                                  nFirstStart,   nFirstPitch,    nSecondStart, nSecondPitch,
                                  nOutStart,     nOutPitch};
     const bool bTable = second.DataType() == ClImage::eUInt8 && first.SampleSize() == 1 &&
@@ -127,7 +127,7 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                               [&](auto tagOut)
                               {
                                   using TO = typename decltype(tagOut)::Type;
-                                  Ip2to1Paths::RunTable<TO>(
+                                  Ip2To1Paths::RunTable<TO>(
                                       first, second, out, g,
                                       [&](double a, double b)
                                       { return PixelOp(first, second, out, a, b); });
@@ -170,7 +170,7 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                if (m_eRangeType == eUserDependent)
                                    out.SetBounds(static_cast<double>(op.lo),
                                                  static_cast<double>(op.hi));
-                               Ip2to1Paths::RunLoop<T1, T2, TO>(first, second, out, g, op);
+                               Ip2To1Paths::RunLoop<T1, T2, TO>(first, second, out, g, op);
                                return 0;
                            });
 }

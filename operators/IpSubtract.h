@@ -1,7 +1,7 @@
 #pragma once
 // ClIpSubtract: first image minus second, clamped to a range chosen by the
 // range type. Large 8-bit pairs go through a table of all byte pairs.
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 
 class ClIpSubtract : public ClIp2to1Base
 {

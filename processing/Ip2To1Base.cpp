@@ -1,4 +1,4 @@
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -6,7 +6,7 @@
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip2to1Paths.h"
+#include "processing/Ip2To1Paths.h"
 #include "processing/OutImageTypeParameter.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
@@ -257,7 +257,7 @@ int32_t ClIp2to1Base::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                                int64_t nOutPitch)
 {
-    const Ip2to1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
+    const Ip2To1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
                                  nFirstStart,   nFirstPitch,    nSecondStart, nSecondPitch,
                                  nOutStart,     nOutPitch};
     auto op = [&](double a, double b) { return PixelOp(first, second, out, a, b); };
@@ -272,11 +272,11 @@ int32_t ClIp2to1Base::Dispatch(const ClImage& first, const ClImage& second, ClIm
             {
                 if (m_bUseLookup)
                 {
-                    Ip2to1Paths::RunTable<TO>(first, second, out, g, op);
+                    Ip2To1Paths::RunTable<TO>(first, second, out, g, op);
                     return 0;
                 }
             }
-            Ip2to1Paths::RunLoop<T1, T2, TO>(
+            Ip2To1Paths::RunLoop<T1, T2, TO>(
                 first, second, out, g,
                 [&](T1 a, T2 b) {
                     return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b)));

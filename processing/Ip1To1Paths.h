@@ -10,7 +10,7 @@
 #include "image/SampleTraits.h"
 #include "processing/SelectDataTypes.h"
 
-namespace Ip1to1Paths
+namespace Ip1To1Paths
 {
 
 // Table path: a 256-entry table of the output's sample type, entry i being
@@ -75,4 +75,4 @@ template <typename Op> int32_t Dispatch(const ClImage& in, ClImage& out, bool bU
                            });
 }
 
-} // namespace Ip1to1Paths
+} // namespace Ip1To1Paths

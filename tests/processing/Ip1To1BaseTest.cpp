@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "image/ImageTestSupport.h"
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,53 +1,64 @@
-#include "processing/Ip1to1BaseOld.h"
+#include "processing/Ip1To1Base.h"
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
-#include "processing/OutImageTypeParameter.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
+
+namespace NewIpBase
+{
 
 void ClIp1to1Base::DescribeInterface(ClParameterInterface& list)
 {
     list.Add(m_pInImage, "InImage", "In: Original Image", ClParameterInterface::eInput);
     list.Add(m_pOutImage, "OutImage", "Out: Output Image", ClParameterInterface::eOutput);
-    DescribeOutImageType(list, m_eOutImageType);
 }
 
 void ClIp1to1Base::DefineParameters(ClParameterContainer& container)
 {
-    ClProcessorBase::DefineParameters(container);
+    ClIpProcessorBase::DefineParameters(container);
     container.AddImage("pInImage")->Bind(m_pInImage, ClParameter::eFlagInput);
     container.AddImage("pOutImage")->Bind(m_pOutImage, ClParameter::eFlagOutput);
-    DefineOutImageType(container, m_eOutImageType);
+}
+
+void ClIp1to1Base::CheckInputImages()
+{
+    if (m_pInImage == nullptr)
+        SENTIVO_THROW("Input image not assigned", ZRC_ERROR_BAD_POINTER);
+    CheckDataType(*m_pInImage);
+}
+
+int32_t ClIp1to1Base::Run(ClImage* pIn, ClImage* pOut)
+{
+    m_pInImage = pIn;
+    m_pOutImage = pOut;
+    return Run();
 }
 
 int32_t ClIp1to1Base::Process()
 {
-    if (m_pInImage == nullptr || m_pInImage->Data() == nullptr || m_pOutImage == nullptr)
-        return ZRC_ERROR_BITMAP_PTR;
+    if (m_pInImage == nullptr)
+        SENTIVO_THROW("m_pInImage is not set", ZRC_ERROR_BAD_POINTER);
+    if (m_pOutImage == nullptr)
+        SENTIVO_THROW("m_pOutImage is not set", ZRC_ERROR_BAD_POINTER);
+    if (m_pInImage->Data() == nullptr)
+        SENTIVO_THROW("m_pInImage->Data() is not set", ZRC_ERROR_BAD_POINTER);
+
     ClImage& in = *m_pInImage;
     ClImage& out = *m_pOutImage;
-
-    // No data type lies above 254, so this in-place branch never runs; it
-    // stays as the base has it.
-    if (m_bInPlace && m_eOutImageType >= ClImage::eDefaultType && in.DataType() > 254)
+    if (m_bInPlace)
     {
         if (&out != &in)
-            out.CreateLike(in);
+            PrepareOutput(out);
         return Dispatch(in, out);
     }
 
-    const ClImage::EDataType eType =
-        m_eOutImageType < ClImage::eDefaultType ? m_eOutImageType : in.DataType();
-    // An output type that is no sample format is refused before the output is
-    // touched, with the code of an unknown type.
-    if (!IsSampleType(eType))
-        return ZRC_ERROR_INTERNAL;
-
+    // An operator that cannot work in place writes into a temporary when
+    // input and output are one object; the swap keeps the caller's object.
     ClImage temporary;
     ClImage& target = (&out == &in) ? temporary : out;
-    target.CreateAs(in, eType);
+    PrepareOutput(target);
     const int32_t nResult = Dispatch(in, target);
     out.Swap(target);
     return nResult;
@@ -56,10 +67,12 @@ int32_t ClIp1to1Base::Process()
 int32_t ClIp1to1Base::Dispatch(const ClImage& in, ClImage& out)
 {
     auto op = [&](double dSample) { return PixelOp(in, out, dSample); };
-    return Ip1to1Paths::Dispatch(in, out, m_bUseLookup, op);
+    return Ip1To1Paths::Dispatch(in, out, m_bUseLookup, op);
 }
 
 double ClIp1to1Base::PixelOp(const ClImage&, const ClImage&, double)
 {
     return 0.0;
 }
+
+} // namespace NewIpBase
