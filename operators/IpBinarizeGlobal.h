@@ -17,7 +17,7 @@ public:
     bool CheckInput() override;
     void GetStatusText(char* szBuffer, uint32_t nSize) override;
     int32_t Dispatch(const ClImage& in, ClImage& out) override;
-    double PixelOp(const ClImage& in, const ClImage& out, double dSample) override;
+    double PixelOp(const ClImage& in, const ClImage& out, double dSample) final;
     // False when the threshold is a number outside both of the input's bounds.
     virtual bool CheckThreshold();
     // False when black or white is a number outside both of the output's

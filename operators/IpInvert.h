@@ -9,7 +9,10 @@ public:
 
     ClProcessorBase* NewInstance() const override;
     const char* GetName() const override { return "ClIpInvert"; }
+    // The table path for 8-bit samples, the direct path for the others, with
+    // PixelOp bound when compiled.
+    int32_t Dispatch(const ClImage& in, ClImage& out) override;
     // (b − (s − a) − a) × (d − c) ÷ (b − a) + c, with a, b the input's bounds
     // and c, d the output's.
-    double PixelOp(const ClImage& in, const ClImage& out, double dSample) override;
+    double PixelOp(const ClImage& in, const ClImage& out, double dSample) final;
 };

@@ -38,17 +38,9 @@ template <typename TIn, typename TOut> void Scale(const ClImage& in, ClImage& ou
     }
     const double dLower = std::min(out.LowerBound(), out.UpperBound());
     const double dUpper = std::max(out.LowerBound(), out.UpperBound());
-    const int32_t nHeight = std::min(in.Height(), out.Height());
-    const int64_t nSamples = std::min(static_cast<int64_t>(in.Width()) * in.Planes(),
-                                      static_cast<int64_t>(out.Width()) * out.Planes());
-    for (int32_t y = 0; y < nHeight; ++y)
-    {
-        const TIn* pIn = in.Row<TIn>(y);
-        TOut* pOut = out.Row<TOut>(y);
-        for (int64_t i = 0; i < nSamples; ++i)
-            pOut[i] = SampleFromDouble<TOut>(
-                ScaleClamped(dFactor, static_cast<double>(pIn[i]), dLower, dUpper));
-    }
+    Ip1To1Paths::MapSamples<TIn, TOut>(
+        in, out, Ip1To1Paths::AllSamples(in, out), [=](TIn sample)
+        { return SampleFromDouble<TOut>(ScaleClamped(dFactor, sample, dLower, dUpper)); });
 }
 
 } // namespace
@@ -94,8 +86,8 @@ int32_t ClIpScale::Dispatch(const ClImage& in, ClImage& out)
                                using TOut = typename decltype(outTag)::Type;
                                if constexpr (std::is_same_v<TIn, uint8_t>)
                                    Ip1To1Paths::RunTable<TOut>(
-                                       in, out,
-                                       [&](double dSample) { return PixelOp(in, out, dSample); });
+                                       in, out, [&](double dSample)
+                                       { return ClIpScale::PixelOp(in, out, dSample); });
                                else
                                    Scale<TIn, TOut>(in, out, m_dScaleFactor);
                                return 0;

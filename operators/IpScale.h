@@ -15,7 +15,7 @@ public:
     const char* GetName() const override { return "ClIpScale"; }
     void GetStatusText(char* szBuffer, uint32_t nSize) override;
     int32_t Dispatch(const ClImage& in, ClImage& out) override;
-    double PixelOp(const ClImage& in, const ClImage& out, double dSample) override;
+    double PixelOp(const ClImage& in, const ClImage& out, double dSample) final;
 
     double m_dScaleFactor;
 };
