@@ -69,6 +69,40 @@ template <typename T1, typename T2, typename TO> struct ClampedDifference
     }
 };
 
+// Whether the table path spans the bytes 0 to 255 of an input: its lower
+// bound is 0 and its upper bound at least 255.
+inline bool ByteRange(const ClImage& image)
+{
+    return image.LowerBound() == 0.0 && image.UpperBound() >= 255.0;
+}
+
+// The table path when both inputs span the bytes 0 to 255: its entry for
+// bytes a and b is op(a, b), and op takes the difference a − b first, so
+// the 511 differences stand for the 65536 pairs. When the output is 8-bit
+// and the differences come out as the difference floored at 0 (the
+// output's own range 0..255, the flow's case), the loop is that saturating
+// subtraction, which the compiler vectorises; otherwise each pair looks its
+// difference up.
+template <typename TO, typename Op>
+void RunByteDifferences(const ClImage& first, const ClImage& second, ClImage& out,
+                        const Ip2To1Paths::Overlap& g, Op&& op)
+{
+    TO differences[511];
+    bool bSaturating = std::is_same_v<TO, uint8_t>;
+    for (int32_t d = -255; d <= 255; ++d)
+    {
+        differences[d + 255] = SampleFromDouble<TO>(op(d > 0 ? d : 0, d < 0 ? -d : 0));
+        bSaturating = bSaturating && differences[d + 255] == TO(d > 0 ? d : 0);
+    }
+    if (bSaturating)
+        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g, [](uint8_t a, uint8_t b)
+                                                   { return static_cast<TO>(a > b ? a - b : 0); });
+    else
+        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g,
+                                                   [&differences](uint8_t a, uint8_t b)
+                                                   { return differences[a - b + 255]; });
+}
+
 } // namespace
 
 void ClIpSubtract::SetDefaults()
@@ -123,14 +157,15 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                         static_cast<int64_t>(nOverlapWidth) * nOverlapHeight > kTableBreakEven;
     if (bTable && IsSampleType(first.DataType()))
     {
+        auto op = [&](double a, double b) { return ClIpSubtract::PixelOp(first, second, out, a, b); };
         return SelectDataType(out.DataType(),
                               [&](auto tagOut)
                               {
                                   using TO = typename decltype(tagOut)::Type;
-                                  Ip2To1Paths::RunTable<TO>(
-                                      first, second, out, g,
-                                      [&](double a, double b)
-                                      { return PixelOp(first, second, out, a, b); });
+                                  if (ByteRange(first) && ByteRange(second))
+                                      RunByteDifferences<TO>(first, second, out, g, op);
+                                  else
+                                      Ip2To1Paths::RunTable<TO>(first, second, out, g, op);
                                   return 0;
                               });
     }

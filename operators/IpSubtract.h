@@ -32,9 +32,10 @@ public:
                      int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                      int64_t nOutPitch) override;
     // a − b clamped to the output's bounds, the smaller bound first: the
-    // function of the table path, which thus behaves as range type 0.
+    // function of the table path, which thus behaves as range type 0. The
+    // table path rests on its depending on a − b alone, hence final.
     double PixelOp(const ClImage& first, const ClImage& second, const ClImage& out, double dFirst,
-                   double dSecond) override;
+                   double dSecond) final;
 
     double m_dLowerBound;
     double m_dUpperBound;

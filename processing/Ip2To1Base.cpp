@@ -260,29 +260,8 @@ int32_t ClIp2to1Base::Dispatch(const ClImage& first, const ClImage& second, ClIm
     const Ip2To1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
                                  nFirstStart,   nFirstPitch,    nSecondStart, nSecondPitch,
                                  nOutStart,     nOutPitch};
-    auto op = [&](double a, double b) { return PixelOp(first, second, out, a, b); };
-    return SelectDataTypes(
-        first.DataType(), second.DataType(), out.DataType(),
-        [&](auto tag1, auto tag2, auto tagOut)
-        {
-            using T1 = typename decltype(tag1)::Type;
-            using T2 = typename decltype(tag2)::Type;
-            using TO = typename decltype(tagOut)::Type;
-            if constexpr (std::is_same_v<T1, uint8_t> && std::is_same_v<T2, uint8_t>)
-            {
-                if (m_bUseLookup)
-                {
-                    Ip2To1Paths::RunTable<TO>(first, second, out, g, op);
-                    return 0;
-                }
-            }
-            Ip2To1Paths::RunLoop<T1, T2, TO>(
-                first, second, out, g,
-                [&](T1 a, T2 b) {
-                    return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b)));
-                });
-            return 0;
-        });
+    return DispatchPixels(first, second, out, g,
+                          [&](double a, double b) { return PixelOp(first, second, out, a, b); });
 }
 
 double ClIp2to1Base::PixelOp(const ClImage&, const ClImage&, const ClImage&, double, double)
