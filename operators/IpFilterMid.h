@@ -24,7 +24,8 @@ public:
     int32_t Init() override;
     int32_t FilterSinglePlane() override;
 
-    // Selects the alternative XY routine; it gives the same results.
+    // The design's choice of an alternative Mode XY routine. The routines
+    // give the same results, so both settings run the one routine there is.
     bool m_bAlternativeXY = false;
 
 private:
