@@ -83,7 +83,7 @@ void Slide(const V* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64
 // box of one row, Mode Y one of one column, both with the rounding term as
 // bias; Mode XY has no bias.
 //
-// One 32-bit sum per column over the rows of the box is kept row by row;
+// One sum per column over the rows of the box is kept row by row;
 // the sums of the box along a row are differences of a prefix sum of the
 // column sums, padded at both ends so that the cut-off box needs no test.
 //
@@ -95,13 +95,14 @@ void Slide(const V* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64
 // lies at least 1 / count > 2^-16 below the next integer. Rounding to
 // nearest thus neither reaches the next integer nor falls below the
 // integer part, and truncation yields the integer quotient.
-inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
+template <typename C>
+void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
 {
     const int64_t W = in.Width(), H = in.Height(), nBoxWidth = 2 * hx + 1;
-    TpArrayStatic<uint32_t> columns(static_cast<uint32_t>(W));
+    TpArrayStatic<C> columns(static_cast<uint32_t>(W));
     TpArrayStatic<uint32_t> prefix(static_cast<uint32_t>(W + nBoxWidth));
     TpArrayStatic<float> counts(static_cast<uint32_t>(W));
-    uint32_t* pColumns = columns.Data();
+    C* pColumns = columns.Data();
     uint32_t* pPrefix = prefix.Data();
     float* pCounts = counts.Data();
     for (int64_t x = 0; x < W; ++x)
@@ -120,7 +121,7 @@ inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, ui
     {
         const uint8_t* pRow = in.Row<uint8_t>(static_cast<int32_t>(y));
         for (int64_t x = 0; x < W; ++x)
-            pColumns[x] += pRow[x];
+            pColumns[x] = static_cast<C>(pColumns[x] + pRow[x]);
     }
     for (int64_t y = 0; y < H; ++y)
     {
@@ -128,13 +129,13 @@ inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, ui
         const uint8_t* pLeave = y > hy ? in.Row<uint8_t>(static_cast<int32_t>(y - hy - 1)) : nullptr;
         if (pEnter != nullptr && pLeave != nullptr)
             for (int64_t x = 0; x < W; ++x)
-                pColumns[x] += static_cast<uint32_t>(pEnter[x]) - static_cast<uint32_t>(pLeave[x]);
+                pColumns[x] = static_cast<C>(pColumns[x] + pEnter[x] - pLeave[x]);
         else if (pEnter != nullptr)
             for (int64_t x = 0; x < W; ++x)
-                pColumns[x] += pEnter[x];
+                pColumns[x] = static_cast<C>(pColumns[x] + pEnter[x]);
         else if (pLeave != nullptr)
             for (int64_t x = 0; x < W; ++x)
-                pColumns[x] -= pLeave[x];
+                pColumns[x] = static_cast<C>(pColumns[x] - pLeave[x]);
 
         // The running sum is serial; four columns a step keep the loop's own
         // instructions from outnumbering the additions.
@@ -165,6 +166,17 @@ inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, ui
             pDst[x] = static_cast<uint8_t>(static_cast<int32_t>(fQuotient));
         }
     }
+}
+
+// The column sums need 16 bits while a column of the box holds at most 257
+// samples, which is every box of the flow; 16-bit sums halve the work of
+// keeping them.
+inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
+{
+    if (255 * (2 * hy + 1) <= 65535)
+        BoxMean8Sums<uint16_t>(in, out, hx, hy, nBias);
+    else
+        BoxMean8Sums<uint32_t>(in, out, hx, hy, nBias);
 }
 
 // Whether BoxMean8 serves an image and an odd box: 8-bit samples in one
