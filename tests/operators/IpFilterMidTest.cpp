@@ -202,20 +202,32 @@ TEST(IpFilterMid, EightBitBoxesUpToTheLargestKeepTheIntegerQuotient)
         ExpectAtSamples<uint8_t>(in, out, eModeXY, nWidth, samples);
     }
 
-    // Lines of up to 65535 samples and one beyond.
-    ClImage row = WindowReference::ImageOf<uint8_t>(ClImage::eUInt8, 70003, 2, 1, {255}, 2);
-    At<uint8_t>(row, 35000, 0) = 254;
-    At<uint8_t>(row, 5, 1) = 0;
-    std::vector<std::pair<long, long>> rowSamples;
-    for (long x = 0; x < 70003; x += 997)
-        rowSamples.push_back({x, 0}), rowSamples.push_back({x, 1});
-    rowSamples.push_back({70002, 1});
-    for (int32_t nWidth : {65533, 65535, 65537})
+    // Lines of up to 65535 samples and one beyond, along rows and down
+    // columns (whose sums need more than 16 bits beyond 257 rows).
+    for (int32_t nMode : {eModeX, eModeY})
     {
-        ClImage out;
-        mid.m_nMode = eModeX;
-        ASSERT_EQ(0, mid.Run(&row, &out, nWidth));
-        ExpectAtSamples<uint8_t>(row, out, eModeX, nWidth, rowSamples);
+        const bool bX = nMode == eModeX;
+        ClImage line = WindowReference::ImageOf<uint8_t>(ClImage::eUInt8, bX ? 70003 : 2,
+                                                         bX ? 2 : 70003, 1, {255}, 2);
+        At<uint8_t>(line, bX ? 35000 : 0, bX ? 0 : 35000) = 254;
+        At<uint8_t>(line, bX ? 5 : 1, bX ? 1 : 5) = 0;
+        std::vector<std::pair<long, long>> lineSamples;
+        for (long i = 0; i < 70003; i += 997)
+            for (long j : {0L, 1L})
+                lineSamples.push_back(bX ? std::pair{i, j} : std::pair{j, i});
+        lineSamples.push_back({1, 70002});
+        lineSamples.push_back({70002, 1});
+        for (int32_t nWidth : {259, 65533, 65535, 65537})
+        {
+            ClImage out;
+            mid.m_nMode = nMode;
+            ASSERT_EQ(0, mid.Run(&line, &out, nWidth));
+            std::vector<std::pair<long, long>> inside;
+            for (auto [x, y] : lineSamples)
+                if (x < line.Width() && y < line.Height())
+                    inside.push_back({x, y});
+            ExpectAtSamples<uint8_t>(line, out, nMode, nWidth, inside);
+        }
     }
 }
 
