@@ -149,14 +149,16 @@ void Horizontal(const S* pSrc, int64_t nSrcFirst, T* pDst, const A* pW, int32_t 
     if (x <= nLastInside)
     {
         const int64_t nCount = (nLastInside - x + 1) * P;
-        for (int64_t i = 0; i < nCount; ++i)
-            pSums[i] = 0;
         for (int32_t k = 0; k < w; ++k)
         {
             const S* s = pSrc + (x - h + k - nSrcFirst) * P;
             const A weight = pW[k];
-            for (int64_t i = 0; i < nCount; ++i)
-                pSums[i] = MulAdd(pSums[i], weight, static_cast<A>(s[i]));
+            if (k == 0)
+                for (int64_t i = 0; i < nCount; ++i)
+                    pSums[i] = MulAdd(A(0), weight, static_cast<A>(s[i]));
+            else
+                for (int64_t i = 0; i < nCount; ++i)
+                    pSums[i] = MulAdd(pSums[i], weight, static_cast<A>(s[i]));
         }
         T* pOut = pDst + x * P;
         for (int64_t i = 0; i < nCount; ++i)
@@ -184,14 +186,17 @@ void AccumulateRows(const ClImage& in, const A* pW, int32_t w, int64_t y,
                     int64_t nFirst, int64_t nCount, A* pAcc)
 {
     const int64_t nLastRow = in.Height() - 1, h = w / 2;
-    for (int64_t i = 0; i < nCount; ++i)
-        pAcc[i] = 0;
+    // Each sum starts at 0 and adds its first term with the first row.
     for (int32_t k = 0; k < w; ++k)
     {
         const T* s = in.Row<T>(static_cast<int32_t>(Clamp(y - h + k, nLastRow))) + nFirst;
         const A weight = pW[k];
-        for (int64_t i = 0; i < nCount; ++i)
-            pAcc[i] = MulAdd(pAcc[i], weight, static_cast<A>(s[i]));
+        if (k == 0)
+            for (int64_t i = 0; i < nCount; ++i)
+                pAcc[i] = MulAdd(A(0), weight, static_cast<A>(s[i]));
+        else
+            for (int64_t i = 0; i < nCount; ++i)
+                pAcc[i] = MulAdd(pAcc[i], weight, static_cast<A>(s[i]));
     }
 }
 
