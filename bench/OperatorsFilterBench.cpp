@@ -96,6 +96,32 @@ void FilterMinXY(benchmark::State& state)
     RunExtreme<ClIpFilterMin>(state);
 }
 
+// The falloff passes of the flow: maxima along rows and down columns,
+// minima along rows.
+template <typename F> void RunExtremeLine(benchmark::State& state, int32_t nMode)
+{
+    ClImage in = Capture(), out;
+    F filter;
+    for (auto _ : state)
+    {
+        filter.Run(&in, &out, static_cast<int32_t>(state.range(0)), nMode);
+        benchmark::DoNotOptimize(out.Data());
+    }
+}
+
+void FilterMaxX(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMax>(state, eModeX);
+}
+void FilterMaxY(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMax>(state, eModeY);
+}
+void FilterMinX(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMin>(state, eModeX);
+}
+
 void FilterMidXY(benchmark::State& state)
 {
     ClImage in = Capture(), out;
@@ -166,6 +192,9 @@ void WaveletTwoLevels(benchmark::State& state)
 
 BENCHMARK(FilterMaxXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMinXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMaxX)->Arg(21)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMaxY)->Arg(5)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMinX)->Arg(51)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMidXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMedianXY)->Arg(3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(LabelingFingerMask)->Unit(benchmark::kMicrosecond);
