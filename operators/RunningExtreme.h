@@ -208,12 +208,26 @@ int32_t Pass(ClImage* pIn, ClImage* pOut, int32_t nWidth, bool bColumns)
 
     if constexpr (std::is_integral_v<T>)
     {
+        // The columns of a column pass are taken in strips of lanes whose
+        // padded lines fill about 16 KB: the scratch then stays in the cache
+        // and is small enough to be reused rather than mapped afresh.
+        const int64_t nPadded = lines.nCount + 2 * h;
+        const int64_t nStrip =
+            bColumns ? std::clamp<int64_t>(16384 / (nPadded * int64_t(sizeof(T))) / 16 * 16, 16,
+                                           lines.nLanes)
+                     : lines.nLanes;
         TpArrayStatic<T> a, b;
-        CreateScratch(a, (lines.nCount + 2 * h) * lines.nLanes);
-        CreateScratch(b, (lines.nCount + 2 * h) * lines.nLanes);
+        CreateScratch(a, nPadded * nStrip);
+        CreateScratch(b, nPadded * nStrip);
         for (int64_t s = 0; s < nSets; ++s)
-            Doubling<bMax>(pSrc + s * nInPitch, nSrcStride, pDst + s * nOutPitch, nDstStride,
-                           lines, h, a.Data(), b.Data());
+            for (int64_t nFirst = 0; nFirst < lines.nLanes; nFirst += nStrip)
+            {
+                const Lines strip{lines.nStride, std::min(nStrip, lines.nLanes - nFirst),
+                                  lines.nCount};
+                Doubling<bMax>(pSrc + s * nInPitch + nFirst, nSrcStride,
+                               pDst + s * nOutPitch + nFirst, nDstStride, strip, h, a.Data(),
+                               b.Data());
+            }
     }
     else
     {

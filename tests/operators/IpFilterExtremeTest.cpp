@@ -229,3 +229,34 @@ TEST(IpFilterExtreme, PlanesOfOneImageAreFilteredApart)
                                });
             }
 }
+
+TEST(IpFilterExtreme, TallImagesGoDownTheirColumnsInStrips)
+{
+    // Columns of 300 rows are taken in strips of a few dozen lanes (16 for
+    // 32-bit samples), the last one narrower: every strip must meet its own
+    // columns only.
+    uint32_t nSeed = 500;
+    for (ClImage::EDataType eType : {ClImage::eUInt8, ClImage::eInt16, ClImage::eInt32})
+        SelectDataType(eType,
+                       [&](auto tag)
+                       {
+                           using T = typename decltype(tag)::Type;
+                           const ClImage in = TestImages::RandomImage(eType, 101, 300, 1, nSeed++);
+                           ClIpFilterMin min;
+                           ClIpFilterMax max;
+                           for (bool bMax : {false, true})
+                               for (int32_t nMode : {eModeY, eModeXY})
+                                   for (int32_t nWidth : {3, 8, 21, 127})
+                                   {
+                                       SCOPED_TRACE(testing::Message()
+                                                    << int(eType) << " " << bMax << " " << nMode
+                                                    << " " << nWidth);
+                                       ClImage input = in, out;
+                                       EXPECT_EQ(0, bMax ? max.Run(&input, &out, nWidth, nMode)
+                                                         : min.Run(&input, &out, nWidth, nMode));
+                                       EXPECT_TRUE(TestImages::SameSamples(
+                                           CutOffExtreme<T>(bMax, in, nMode, nWidth), out));
+                                   }
+                           return 0;
+                       });
+}
