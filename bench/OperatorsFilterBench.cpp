@@ -38,7 +38,8 @@ const ClImage& Capture()
                 const double dx = (x - 160.0) / 120.0, dy = (y - 250.0) / 190.0;
                 const bool bFinger = dx * dx + dy * dy < 1.0;
                 const double r = std::hypot(x - 160.0, y - 330.0);
-                double v = bFinger ? 120.0 + 70.0 * std::sin(r * 2.0 * 3.141592653589793 / 9.0) : 200.0;
+                double v =
+                    bFinger ? 120.0 + 70.0 * std::sin(r * 2.0 * 3.141592653589793 / 9.0) : 200.0;
                 v += noise(rng);
                 pRow[x] = static_cast<uint8_t>(std::clamp(v, 0.0, 255.0));
             }

@@ -34,8 +34,8 @@ void Binarize(const ClImage& in, ClImage& out, double dThreshold, double dBlack,
     {
         // Compared in the sample type; a NaN threshold makes every sample black.
         const TIn threshold = SampleFromDouble<TIn>(dThreshold);
-        Ip1To1Paths::MapSamples<TIn, TOut>(in, out, nSamples, [=](TIn sample)
-                                           { return sample >= threshold ? white : black; });
+        Ip1To1Paths::MapSamples<TIn, TOut>(
+            in, out, nSamples, [=](TIn sample) { return sample >= threshold ? white : black; });
     }
     else
     {
@@ -49,12 +49,9 @@ void Binarize(const ClImage& in, ClImage& out, double dThreshold, double dBlack,
                                    : dCeil < dMin    ? static_cast<int64_t>(dMin)
                                    : dCeil > dMax    ? static_cast<int64_t>(dMax)
                                                      : static_cast<int64_t>(dCeil);
-        Ip1To1Paths::MapSamples<TIn, TOut>(in, out, nSamples,
-                                           [=](TIn sample) {
-                                               return static_cast<int64_t>(sample) >= nThreshold
-                                                          ? white
-                                                          : black;
-                                           });
+        Ip1To1Paths::MapSamples<TIn, TOut>(
+            in, out, nSamples,
+            [=](TIn sample) { return static_cast<int64_t>(sample) >= nThreshold ? white : black; });
     }
 }
 
@@ -151,8 +148,9 @@ int32_t ClIpBinarizeGlobal::Dispatch(const ClImage& in, ClImage& out)
             using TOut = typename decltype(outTag)::Type;
             if constexpr (std::is_same_v<TIn, uint8_t>)
             {
-                Ip1To1Paths::RunTable<TOut>(in, out, [&](double dSample)
-                                            { return ClIpBinarizeGlobal::PixelOp(in, out, dSample); });
+                Ip1To1Paths::RunTable<TOut>(
+                    in, out,
+                    [&](double dSample) { return ClIpBinarizeGlobal::PixelOp(in, out, dSample); });
             }
             else
             {

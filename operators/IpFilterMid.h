@@ -125,8 +125,10 @@ void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint3
     }
     for (int64_t y = 0; y < H; ++y)
     {
-        const uint8_t* pEnter = y + hy < H ? in.Row<uint8_t>(static_cast<int32_t>(y + hy)) : nullptr;
-        const uint8_t* pLeave = y > hy ? in.Row<uint8_t>(static_cast<int32_t>(y - hy - 1)) : nullptr;
+        const uint8_t* pEnter =
+            y + hy < H ? in.Row<uint8_t>(static_cast<int32_t>(y + hy)) : nullptr;
+        const uint8_t* pLeave =
+            y > hy ? in.Row<uint8_t>(static_cast<int32_t>(y - hy - 1)) : nullptr;
         if (pEnter != nullptr && pLeave != nullptr)
             for (int64_t x = 0; x < W; ++x)
                 pColumns[x] = static_cast<C>(pColumns[x] + pEnter[x] - pLeave[x]);

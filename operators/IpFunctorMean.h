@@ -182,8 +182,8 @@ void FilterX(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box&
 // Adds weight * row for the w rows around y (clamped to the image) into
 // the accumulator, which covers samples nFirst to nFirst + nCount - 1.
 template <typename T, typename A>
-void AccumulateRows(const ClImage& in, const A* pW, int32_t w, int64_t y,
-                    int64_t nFirst, int64_t nCount, A* pAcc)
+void AccumulateRows(const ClImage& in, const A* pW, int32_t w, int64_t y, int64_t nFirst,
+                    int64_t nCount, A* pAcc)
 {
     const int64_t nLastRow = in.Height() - 1, h = w / 2;
     // Each sum starts at 0 and adds its first term with the first row.
@@ -201,8 +201,7 @@ void AccumulateRows(const ClImage& in, const A* pW, int32_t w, int64_t y,
 }
 
 template <typename T, typename A>
-void FilterY(const ClImage& in, ClImage& out, const A* pW, int32_t w,
-             const Box& box)
+void FilterY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box)
 {
     const int64_t P = in.Planes(), nFirst = box.x0 * P, nCount = (box.x1 - box.x0 + 1) * P;
     TpArrayStatic<A> acc(static_cast<uint32_t>(nCount));
@@ -228,8 +227,8 @@ void FilterXY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box
     for (int32_t y = box.y0; y <= box.y1; ++y)
     {
         AccumulateRows<T>(in, pW, w, y, cx0 * P, (cx1 - cx0 + 1) * P, acc.Data());
-        Horizontal<T>(acc.Data(), cx0, out.Row<T>(y), pW, w, nLast, P, box.x0, box.x1,
-                      2 * kShift, sums.Data());
+        Horizontal<T>(acc.Data(), cx0, out.Row<T>(y), pW, w, nLast, P, box.x0, box.x1, 2 * kShift,
+                      sums.Data());
     }
 }
 
@@ -237,8 +236,8 @@ void FilterXY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box
 // centre weight and those below it backward, the others forward. A step
 // that leaves the image is undone, so the walk then repeats its last pixel.
 template <typename T, typename A>
-void FilterDirected(const ClImage& in, ClImage& out, const A* pW, int32_t w,
-                    const Box& box, const ClImage& dx, const ClImage& dy, bool bOrtho)
+void FilterDirected(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box,
+                    const ClImage& dx, const ClImage& dy, bool bOrtho)
 {
     const int64_t P = in.Planes(), h = w / 2;
     const int64_t nLimitX = int64_t(in.Width()) * 128, nLimitY = int64_t(in.Height()) * 128;

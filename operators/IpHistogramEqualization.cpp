@@ -34,7 +34,8 @@ int32_t ClIpHistogramEqualization::Dispatch(const ClImage& in, ClImage& out)
             SENTIVO_THROW_BAD_ALLOC();
     }
     m_pHistogram->Create(in);
-    return DispatchPixels(in, out, [&](double dSample)
+    return DispatchPixels(in, out,
+                          [&](double dSample)
                           { return ClIpHistogramEqualization::PixelOp(in, out, dSample); });
 }
 

@@ -39,7 +39,8 @@ template <typename TIn, typename TOut> void Scale(const ClImage& in, ClImage& ou
     const double dLower = std::min(out.LowerBound(), out.UpperBound());
     const double dUpper = std::max(out.LowerBound(), out.UpperBound());
     Ip1To1Paths::MapSamples<TIn, TOut>(
-        in, out, Ip1To1Paths::AllSamples(in, out), [=](TIn sample)
+        in, out, Ip1To1Paths::AllSamples(in, out),
+        [=](TIn sample)
         { return SampleFromDouble<TOut>(ScaleClamped(dFactor, sample, dLower, dUpper)); });
 }
 
@@ -79,19 +80,19 @@ double ClIpScale::PixelOp(const ClImage&, const ClImage& out, double dSample)
 
 int32_t ClIpScale::Dispatch(const ClImage& in, ClImage& out)
 {
-    return SelectDataTypes(in.DataType(), out.DataType(),
-                           [&](auto inTag, auto outTag)
-                           {
-                               using TIn = typename decltype(inTag)::Type;
-                               using TOut = typename decltype(outTag)::Type;
-                               if constexpr (std::is_same_v<TIn, uint8_t>)
-                                   Ip1To1Paths::RunTable<TOut>(
-                                       in, out, [&](double dSample)
-                                       { return ClIpScale::PixelOp(in, out, dSample); });
-                               else
-                                   Scale<TIn, TOut>(in, out, m_dScaleFactor);
-                               return 0;
-                           });
+    return SelectDataTypes(
+        in.DataType(), out.DataType(),
+        [&](auto inTag, auto outTag)
+        {
+            using TIn = typename decltype(inTag)::Type;
+            using TOut = typename decltype(outTag)::Type;
+            if constexpr (std::is_same_v<TIn, uint8_t>)
+                Ip1To1Paths::RunTable<TOut>(
+                    in, out, [&](double dSample) { return ClIpScale::PixelOp(in, out, dSample); });
+            else
+                Scale<TIn, TOut>(in, out, m_dScaleFactor);
+            return 0;
+        });
 }
 
 void ClIpScale::GetStatusText(char* szBuffer, uint32_t nSize)

@@ -91,7 +91,8 @@ void RunByteDifferences(const ClImage& first, const ClImage& second, ClImage& ou
         bSaturating = bSaturating && differences[d + 255] == TO(d > 0 ? d : 0);
     }
     if (bSaturating)
-        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g, [](uint8_t a, uint8_t b)
+        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g,
+                                                   [](uint8_t a, uint8_t b)
                                                    { return static_cast<TO>(a > b ? a - b : 0); });
     else
         Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g,
@@ -153,7 +154,8 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                         static_cast<int64_t>(nOverlapWidth) * nOverlapHeight > kTableBreakEven;
     if (bTable && IsSampleType(first.DataType()))
     {
-        auto op = [&](double a, double b) { return ClIpSubtract::PixelOp(first, second, out, a, b); };
+        auto op = [&](double a, double b)
+        { return ClIpSubtract::PixelOp(first, second, out, a, b); };
         return SelectDataType(out.DataType(),
                               [&](auto tagOut)
                               {

@@ -46,8 +46,7 @@ struct Lines
 // that together cover every lane of nElements elements. Packed elements (the
 // stride equals the lane count) lie back to back and form a single run, so
 // that a row pass runs along the whole row rather than one pixel at a time.
-template <typename F>
-inline void ForEachRun(int64_t nElements, int64_t nLanes, bool bPacked, F&& f)
+template <typename F> inline void ForEachRun(int64_t nElements, int64_t nLanes, bool bPacked, F&& f)
 {
     if (bPacked)
         f(0, nElements * nLanes);

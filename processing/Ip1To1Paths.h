@@ -66,8 +66,8 @@ template <typename TOut, typename Op> void RunTable(const ClImage& in, ClImage& 
         // A table of one value has its "step" at 255, to the same value.
         const uint8_t nFirstHigh = static_cast<uint8_t>(std::min(nStep, 255));
         const TOut low = pTable[0], high = pTable[nFirstHigh];
-        MapSamples<uint8_t, TOut>(in, out, nSamples, [=](uint8_t nSample)
-                                  { return nSample >= nFirstHigh ? high : low; });
+        MapSamples<uint8_t, TOut>(
+            in, out, nSamples, [=](uint8_t nSample) { return nSample >= nFirstHigh ? high : low; });
         return;
     }
     MapSamples<uint8_t, TOut>(in, out, nSamples,
@@ -82,7 +82,8 @@ void RunDirect(const ClImage& in, ClImage& out, Op&& op)
 {
     const int64_t nSamples = std::min(static_cast<int64_t>(in.Width()),
                                       static_cast<int64_t>(out.Width()) * out.Planes());
-    MapSamples<TIn, TOut>(in, out, nSamples, [&op](TIn sample)
+    MapSamples<TIn, TOut>(in, out, nSamples,
+                          [&op](TIn sample)
                           { return SampleFromDouble<TOut>(op(static_cast<double>(sample))); });
 }
 

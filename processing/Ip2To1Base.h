@@ -105,8 +105,9 @@ int32_t ClIp2to1Base::DispatchPixels(const ClImage& first, const ClImage& second
             }
             Ip2To1Paths::RunLoop<T1, T2, TO>(
                 first, second, out, overlap,
-                [&](T1 a, T2 b)
-                { return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b))); });
+                [&](T1 a, T2 b) {
+                    return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b)));
+                });
             return 0;
         });
 }

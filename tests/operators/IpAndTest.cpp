@@ -64,8 +64,8 @@ TEST(IpAnd, RowsOfEveryWidthAreCombinedByteForByte)
         for (int32_t nWidth = 1; nWidth <= 33; ++nWidth)
             for (uint32_t nPlanes : {1u, 2u})
             {
-                SCOPED_TRACE(testing::Message() << ClImage::TypeText(eType) << " " << nWidth
-                                                << " " << nPlanes);
+                SCOPED_TRACE(testing::Message()
+                             << ClImage::TypeText(eType) << " " << nWidth << " " << nPlanes);
                 const ClImage first = RandomImage(eType, nWidth, 3, nPlanes, 130 + nWidth);
                 const ClImage second = RandomImage(eType, nWidth, 3, nPlanes, 170 + nWidth);
                 ClImage in1(first), in2(second), out;

@@ -68,7 +68,8 @@ TEST(IpBinarizeGlobal, EightBitThresholdsAcrossTheRangeMatchAPlainComparison)
     // with colours in either order and equal, into the input and into a
     // separate output, over rows of every width up to 31.
     for (double dThreshold : {0.0, 0.5, 1.0, 100.25, 127.5, 128.0, 254.5, 255.0})
-        for (auto [dBlack, dWhite] : {std::pair{0.0, 255.0}, {255.0, 0.0}, {7.0, 7.0}, {1.9, 254.2}})
+        for (auto [dBlack, dWhite] :
+             {std::pair{0.0, 255.0}, {255.0, 0.0}, {7.0, 7.0}, {1.9, 254.2}})
             for (int32_t nWidth = 1; nWidth <= 31; nWidth += 5)
             {
                 SCOPED_TRACE(testing::Message() << dThreshold << " " << dBlack << " " << dWhite

@@ -67,8 +67,8 @@ template <typename T> void ExpectAllWidths(const ClImage& in)
     for (int32_t nMode : {eModeX, eModeY, eModeXY})
         for (int32_t nWidth : widths)
         {
-            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode "
-                                            << nMode << " width " << nWidth);
+            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode " << nMode
+                                            << " width " << nWidth);
             ClImage input = in, out, expected;
             int32_t nMember = nWidth;
             const int32_t nCode = Expected<T>(nMode, nMember, in, expected);
@@ -107,8 +107,8 @@ TEST(IpFilterMedian, EveryTypeMatchesTheMedianOfItsWindows)
         images.push_back(TestImages::RandomImage(eType, 6, 5, 3, nSeed++));
         if (eType == ClImage::eUInt8) // ties
             for (auto [w, h] : WindowReference::Sizes())
-                images.push_back(WindowReference::ImageOf<uint8_t>(eType, w, h, 1, {0, 1, 255},
-                                                                   nSeed++));
+                images.push_back(
+                    WindowReference::ImageOf<uint8_t>(eType, w, h, 1, {0, 1, 255}, nSeed++));
         for (const ClImage& in : images)
             SelectDataType(eType,
                            [&](auto tag)

@@ -83,8 +83,8 @@ template <typename T> void ExpectAllWidths(const ClImage& in)
     for (int32_t nMode : {eModeX, eModeY, eModeXY})
         for (int32_t nWidth : widths)
         {
-            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode "
-                                            << nMode << " width " << nWidth);
+            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode " << nMode
+                                            << " width " << nWidth);
             ClImage input = in, out, expected;
             int32_t nMember = nWidth;
             const int32_t nCode = Expected<T>(nMode, nMember, in, expected);

@@ -184,9 +184,9 @@ TEST(IpFunctorMean, BoxesAtTheBordersChangeOnlyTheBox)
             for (int32_t nWidth : {3, 5, 9, 15})
                 for (int32_t nMode : {eModeX, eModeY, eModeXY})
                 {
-                    SCOPED_TRACE(testing::Message() << int(eType) << " box " << box[0] << ".."
-                                                    << box[1] << "," << box[2] << ".." << box[3]
-                                                    << " " << nWidth << " " << nMode);
+                    SCOPED_TRACE(testing::Message()
+                                 << int(eType) << " box " << box[0] << ".." << box[1] << ","
+                                 << box[2] << ".." << box[3] << " " << nWidth << " " << nMode);
                     ClImage in = TestImages::RandomImage(eType, 13, 9, 1, nSeed++);
                     ClImage out = TestImages::RandomImage(eType, 13, 9, 1, nSeed++), before;
                     before.Assign(out);

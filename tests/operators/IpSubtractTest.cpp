@@ -153,8 +153,8 @@ namespace
 // (at most 256 steps each), is a − b clamped to the output's bounds, the
 // smaller first; other entries are 0; a pair of bytes, read as unsigned,
 // takes entry first byte × 256 + second byte.
-template <typename TO> std::vector<TO> DefinedTable(const ClImage& first, const ClImage& second,
-                                                    const ClImage& out)
+template <typename TO>
+std::vector<TO> DefinedTable(const ClImage& first, const ClImage& second, const ClImage& out)
 {
     std::vector<TO> table(65536, TO(0));
     const double lo = std::min(out.LowerBound(), out.UpperBound());
@@ -170,19 +170,20 @@ template <typename TO> std::vector<TO> DefinedTable(const ClImage& first, const 
 
 int WrongTableEntries(const ClImage& first, const ClImage& second, const ClImage& out)
 {
-    return SelectDataType(out.DataType(),
-                          [&](auto tag)
-                          {
-                              using TO = typename decltype(tag)::Type;
-                              const std::vector<TO> table = DefinedTable<TO>(first, second, out);
-                              int nWrong = 0;
-                              for (int32_t y = 0; y < first.Height(); ++y)
-                                  for (int32_t x = 0; x < first.Width(); ++x)
-                                      nWrong += !BitEqual(out.Row<TO>(y)[x],
-                                                          table[first.Row<uint8_t>(y)[x] * 256 +
-                                                                second.Row<uint8_t>(y)[x]]);
-                              return nWrong;
-                          });
+    return SelectDataType(
+        out.DataType(),
+        [&](auto tag)
+        {
+            using TO = typename decltype(tag)::Type;
+            const std::vector<TO> table = DefinedTable<TO>(first, second, out);
+            int nWrong = 0;
+            for (int32_t y = 0; y < first.Height(); ++y)
+                for (int32_t x = 0; x < first.Width(); ++x)
+                    nWrong += !BitEqual(
+                        out.Row<TO>(y)[x],
+                        table[first.Row<uint8_t>(y)[x] * 256 + second.Row<uint8_t>(y)[x]]);
+            return nWrong;
+        });
 }
 
 } // namespace
@@ -195,14 +196,15 @@ TEST(IpSubtract, TheTablePathGivesItsTableEntryForEveryPairAndBounds)
     ClImage first = RandomImage(ClImage::eUInt8, 301, 300, 1, 120);
     ClImage second = RandomImage(ClImage::eUInt8, 301, 300, 1, 121);
     for (int32_t i = 0; i < 301 * 300; i += 7)
-        first.Row<uint8_t>(i / 301)[i % 301] = 255, second.Row<uint8_t>((i + 3) / 301)[(i + 3) % 301] = 0;
+        first.Row<uint8_t>(i / 301)[i % 301] = 255,
+                                        second.Row<uint8_t>((i + 3) / 301)[(i + 3) % 301] = 0;
     const struct
     {
         ClImage::EDataType eFirst;
         double dLower1, dUpper1, dLower2, dUpper2;
-    } cases[] = {{ClImage::eUInt8, 0, 255, 0, 255},     {ClImage::eUInt8, 0, 300, 0, 1000},
-                 {ClImage::eUInt8, 10, 255, 0, 255},    {ClImage::eUInt8, 0, 255, 0, 100},
-                 {ClImage::eUInt8, 0.5, 255, -3, 255},  {ClImage::eInt8, -128, 127, 0, 255},
+    } cases[] = {{ClImage::eUInt8, 0, 255, 0, 255},    {ClImage::eUInt8, 0, 300, 0, 1000},
+                 {ClImage::eUInt8, 10, 255, 0, 255},   {ClImage::eUInt8, 0, 255, 0, 100},
+                 {ClImage::eUInt8, 0.5, 255, -3, 255}, {ClImage::eInt8, -128, 127, 0, 255},
                  {ClImage::eInt8, 0, 255, 0, 255}};
     for (const auto& c : cases)
         for (ClImage::EDataType eOut : AllTypes())
@@ -229,9 +231,9 @@ TEST(IpSubtract, TheTablePathGivesItsTableEntryForEveryPairAndBounds)
         out.SetBounds(dLower, dUpper);
         const int64_t nPitch = first.RowPitch();
         ClIpSubtract subtract;
-        ASSERT_EQ(subtract.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0,
-                                    nPitch),
-                  0);
+        ASSERT_EQ(
+            subtract.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0, nPitch),
+            0);
         EXPECT_EQ(WrongTableEntries(first, second, out), 0) << dLower << " " << dUpper;
     }
 }

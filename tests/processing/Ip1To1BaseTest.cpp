@@ -120,8 +120,8 @@ TEST(Ip1to1Base, TablesOfEveryShapeAreAppliedEntryByEntry)
                 in.Row<uint8_t>(i / nWidth)[i % nWidth] = static_cast<uint8_t>(i);
             for (size_t t = 0; t < tables.size(); ++t)
             {
-                SCOPED_TRACE(testing::Message() << ClImage::TypeText(eOut) << " width " << nWidth
-                                                << " table " << t);
+                SCOPED_TRACE(testing::Message()
+                             << ClImage::TypeText(eOut) << " width " << nWidth << " table " << t);
                 ClImage out;
                 out.CreateAs(in, eOut);
                 SelectDataType(eOut,
