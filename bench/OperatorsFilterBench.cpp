@@ -38,7 +38,8 @@ const ClImage& Capture()
                 const double dx = (x - 160.0) / 120.0, dy = (y - 250.0) / 190.0;
                 const bool bFinger = dx * dx + dy * dy < 1.0;
                 const double r = std::hypot(x - 160.0, y - 330.0);
-                double v = bFinger ? 120.0 + 70.0 * std::sin(r * 2.0 * 3.141592653589793 / 9.0) : 200.0;
+                double v =
+                    bFinger ? 120.0 + 70.0 * std::sin(r * 2.0 * 3.141592653589793 / 9.0) : 200.0;
                 v += noise(rng);
                 pRow[x] = static_cast<uint8_t>(std::clamp(v, 0.0, 255.0));
             }
@@ -94,6 +95,32 @@ void FilterMaxXY(benchmark::State& state)
 void FilterMinXY(benchmark::State& state)
 {
     RunExtreme<ClIpFilterMin>(state);
+}
+
+// The falloff passes of the flow: maxima along rows and down columns,
+// minima along rows.
+template <typename F> void RunExtremeLine(benchmark::State& state, int32_t nMode)
+{
+    ClImage in = Capture(), out;
+    F filter;
+    for (auto _ : state)
+    {
+        filter.Run(&in, &out, static_cast<int32_t>(state.range(0)), nMode);
+        benchmark::DoNotOptimize(out.Data());
+    }
+}
+
+void FilterMaxX(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMax>(state, eModeX);
+}
+void FilterMaxY(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMax>(state, eModeY);
+}
+void FilterMinX(benchmark::State& state)
+{
+    RunExtremeLine<ClIpFilterMin>(state, eModeX);
 }
 
 void FilterMidXY(benchmark::State& state)
@@ -166,6 +193,9 @@ void WaveletTwoLevels(benchmark::State& state)
 
 BENCHMARK(FilterMaxXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMinXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMaxX)->Arg(21)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMaxY)->Arg(5)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FilterMinX)->Arg(51)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMidXY)->Arg(7)->Arg(11)->Arg(15)->Arg(21)->Unit(benchmark::kMicrosecond);
 BENCHMARK(FilterMedianXY)->Arg(3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(LabelingFingerMask)->Unit(benchmark::kMicrosecond);

@@ -4,7 +4,7 @@
 // illumination changes and pixel noise go, the ridges oscillate around mid
 // grey) and scaled into the 8-bit range; an image without enough contrast
 // becomes flat grey instead. Works on the capture size, 320 by 480, only.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 namespace Sentivo
 {

@@ -13,20 +13,20 @@
 
 template <typename T> struct SampleTraits;
 
-#define SENTIVO_SAMPLE_TRAITS(CppType, Enumerator, SumType)                                        \
+// The data type of each sample type.
+#define SENTIVO_SAMPLE_TRAITS(CppType, Enumerator)                                                 \
     template <> struct SampleTraits<CppType>                                                       \
     {                                                                                              \
         static constexpr ClImage::EDataType eType = ClImage::Enumerator;                           \
-        using Sum = SumType; /* wide enough to add up a whole image of samples */                  \
     };
-SENTIVO_SAMPLE_TRAITS(uint8_t, eUInt8, int64_t)
-SENTIVO_SAMPLE_TRAITS(uint16_t, eUInt16, int64_t)
-SENTIVO_SAMPLE_TRAITS(uint32_t, eUInt32, int64_t)
-SENTIVO_SAMPLE_TRAITS(int8_t, eInt8, int64_t)
-SENTIVO_SAMPLE_TRAITS(int16_t, eInt16, int64_t)
-SENTIVO_SAMPLE_TRAITS(int32_t, eInt32, int64_t)
-SENTIVO_SAMPLE_TRAITS(float, eFloat32, double)
-SENTIVO_SAMPLE_TRAITS(double, eDouble64, double)
+SENTIVO_SAMPLE_TRAITS(uint8_t, eUInt8)
+SENTIVO_SAMPLE_TRAITS(uint16_t, eUInt16)
+SENTIVO_SAMPLE_TRAITS(uint32_t, eUInt32)
+SENTIVO_SAMPLE_TRAITS(int8_t, eInt8)
+SENTIVO_SAMPLE_TRAITS(int16_t, eInt16)
+SENTIVO_SAMPLE_TRAITS(int32_t, eInt32)
+SENTIVO_SAMPLE_TRAITS(float, eFloat32)
+SENTIVO_SAMPLE_TRAITS(double, eDouble64)
 #undef SENTIVO_SAMPLE_TRAITS
 
 // Tag that carries a sample type into a generic lambda without a value.

@@ -58,6 +58,12 @@ int32_t ClIpAnd::Dispatch(const ClImage& first, const ClImage& second, ClImage& 
         const uint8_t* pFirst = first.Data() + o1;
         const uint8_t* pSecond = second.Data() + o2;
         uint8_t* pOut = out.Data() + oo;
+        if (nPixelBytes == 1)
+        {
+            for (int64_t x = 0; x < nFit; ++x)
+                pOut[x] = pFirst[x] & pSecond[x];
+            continue;
+        }
         for (int64_t x = 0; x < nFit; ++x)
         {
             const uint8_t b = pSecond[x];

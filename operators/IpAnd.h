@@ -1,6 +1,6 @@
 #pragma once
 // ClIpAnd: bitwise AND of two images of the same integer type, byte by byte.
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 
 class ClIpAnd : public ClIp2to1Base
 {

@@ -7,7 +7,7 @@
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
@@ -24,25 +24,18 @@ bool OutsideBoth(double dValue, double dLower, double dUpper)
 }
 
 // The per-type loop over planes × width samples: white when the sample
-// reaches the threshold, black otherwise, through a two-entry table.
+// reaches the threshold, black otherwise.
 template <typename TIn, typename TOut>
 void Binarize(const ClImage& in, ClImage& out, double dThreshold, double dBlack, double dWhite)
 {
-    const TOut colours[2] = {SampleFromDouble<TOut>(dBlack), SampleFromDouble<TOut>(dWhite)};
-    const int32_t nHeight = std::min(in.Height(), out.Height());
-    const int64_t nSamples = std::min(static_cast<int64_t>(in.Width()) * in.Planes(),
-                                      static_cast<int64_t>(out.Width()) * out.Planes());
+    const TOut black = SampleFromDouble<TOut>(dBlack), white = SampleFromDouble<TOut>(dWhite);
+    const int64_t nSamples = Ip1To1Paths::AllSamples(in, out);
     if constexpr (std::is_floating_point_v<TIn>)
     {
         // Compared in the sample type; a NaN threshold makes every sample black.
         const TIn threshold = SampleFromDouble<TIn>(dThreshold);
-        for (int32_t y = 0; y < nHeight; ++y)
-        {
-            const TIn* pIn = in.Row<TIn>(y);
-            TOut* pOut = out.Row<TOut>(y);
-            for (int64_t i = 0; i < nSamples; ++i)
-                pOut[i] = colours[pIn[i] >= threshold];
-        }
+        Ip1To1Paths::MapSamples<TIn, TOut>(
+            in, out, nSamples, [=](TIn sample) { return sample >= threshold ? white : black; });
     }
     else
     {
@@ -56,13 +49,9 @@ void Binarize(const ClImage& in, ClImage& out, double dThreshold, double dBlack,
                                    : dCeil < dMin    ? static_cast<int64_t>(dMin)
                                    : dCeil > dMax    ? static_cast<int64_t>(dMax)
                                                      : static_cast<int64_t>(dCeil);
-        for (int32_t y = 0; y < nHeight; ++y)
-        {
-            const TIn* pIn = in.Row<TIn>(y);
-            TOut* pOut = out.Row<TOut>(y);
-            for (int64_t i = 0; i < nSamples; ++i)
-                pOut[i] = colours[static_cast<int64_t>(pIn[i]) >= nThreshold];
-        }
+        Ip1To1Paths::MapSamples<TIn, TOut>(
+            in, out, nSamples,
+            [=](TIn sample) { return static_cast<int64_t>(sample) >= nThreshold ? white : black; });
     }
 }
 
@@ -159,8 +148,9 @@ int32_t ClIpBinarizeGlobal::Dispatch(const ClImage& in, ClImage& out)
             using TOut = typename decltype(outTag)::Type;
             if constexpr (std::is_same_v<TIn, uint8_t>)
             {
-                Ip1to1Paths::RunTable<TOut>(
-                    in, out, [&](double dSample) { return PixelOp(in, out, dSample); });
+                Ip1To1Paths::RunTable<TOut>(
+                    in, out,
+                    [&](double dSample) { return ClIpBinarizeGlobal::PixelOp(in, out, dSample); });
             }
             else
             {

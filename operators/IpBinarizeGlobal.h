@@ -2,7 +2,7 @@
 // ClIpBinarizeGlobal: every sample at or above one threshold becomes white,
 // every other sample black. Threshold and colours left as NaN are derived
 // from the output's value range.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpBinarizeGlobal : public NewIpBase::ClIp1to1Base
 {
@@ -17,7 +17,7 @@ public:
     bool CheckInput() override;
     void GetStatusText(char* szBuffer, uint32_t nSize) override;
     int32_t Dispatch(const ClImage& in, ClImage& out) override;
-    double PixelOp(const ClImage& in, const ClImage& out, double dSample) override;
+    double PixelOp(const ClImage& in, const ClImage& out, double dSample) final;
     // False when the threshold is a number outside both of the input's bounds.
     virtual bool CheckThreshold();
     // False when black or white is a number outside both of the output's

@@ -1,29 +1,24 @@
 #include "operators/IpConvertDataType.h"
 
-#include <algorithm>
-
+#include "processing/Ip1To1Paths.h"
 #include "processing/SelectDataTypes.h"
 
 namespace
 {
 
+// Planes × width samples per row: with bRound the sample + 0.5, truncated
+// toward zero (floating outputs keep the 0.5); otherwise a plain cast.
 template <typename TIn, typename TOut, bool bRound> void Convert(const ClImage& in, ClImage& out)
 {
-    const int32_t nHeight = std::min(in.Height(), out.Height());
-    const int64_t nSamples = std::min(static_cast<int64_t>(in.Width()) * in.Planes(),
-                                      static_cast<int64_t>(out.Width()) * out.Planes());
-    for (int32_t y = 0; y < nHeight; ++y)
-    {
-        const TIn* pIn = in.Row<TIn>(y);
-        TOut* pOut = out.Row<TOut>(y);
-        for (int64_t i = 0; i < nSamples; ++i)
-        {
-            if constexpr (bRound)
-                pOut[i] = SampleFromDouble<TOut>(static_cast<double>(pIn[i]) + 0.5);
-            else
-                pOut[i] = CastSample<TOut>(pIn[i]);
-        }
-    }
+    Ip1To1Paths::MapSamples<TIn, TOut>(in, out, Ip1To1Paths::AllSamples(in, out),
+                                       [](TIn sample)
+                                       {
+                                           if constexpr (bRound)
+                                               return SampleFromDouble<TOut>(
+                                                   static_cast<double>(sample) + 0.5);
+                                           else
+                                               return CastSample<TOut>(sample);
+                                       });
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 // ClIpConvertDataType: converts every sample to another sample type, adding
 // 0.5 before the truncation unless the rounding flag is cleared. Integer
 // results wrap; nothing is clamped.
-#include "processing/Ip1to1BaseOld.h"
+#include "processing/Ip1To1BaseOld.h"
 
 class ClIpConvertDataType : public ClIp1to1Base
 {

@@ -1,6 +1,6 @@
 #pragma once
 // ClIpCut: copies a rectangle out of an image, unchanged, into the output.
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpCut : public NewIpBase::ClIp1to1Base
 {

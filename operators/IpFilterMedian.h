@@ -246,13 +246,22 @@ template <typename T> void Box3(const ClImage& in, ClImage& out)
             pMid[i] = MedianOf3(a[i], b[i], c[i]);
         }
         T* pDst = out.Row<T>(static_cast<int32_t>(y));
-        for (int64_t i = 0; i < n; ++i)
+        // Sample i combines its column with the columns l and r beside it.
+        auto combine = [&](int64_t i, int64_t l, int64_t r)
         {
-            const int64_t l = i >= P ? i - P : i, r = i + P < n ? i + P : i;
             const T low = greater(greater(pLow[l], pLow[i]), pLow[r]);
             const T high = lesser(lesser(pHigh[l], pHigh[i]), pHigh[r]);
             pDst[i] = MedianOf3(low, MedianOf3(pMid[l], pMid[i], pMid[r]), high);
-        }
+        };
+        // The first and the last pixel stand in for their missing neighbour;
+        // the pixels between need no test, and their loop vectorises.
+        int64_t i = 0;
+        for (; i < n && i < P; ++i)
+            combine(i, i, i + P < n ? i + P : i);
+        for (; i < n - P; ++i)
+            combine(i, i - P, i + P);
+        for (; i < n; ++i)
+            combine(i, i - P, i);
     }
 }
 

@@ -42,8 +42,8 @@ template <typename T> int32_t ClIpFilterMid::FilterType()
     case eModeY:
         return RunningMean::Pass<T>(*m_pInImage, *m_pOutImage, m_nFilterWidth, true);
     case eModeXY:
-        // The general routine serves the 3 x 3 window and the alternative
-        // routine as well: they give the same results.
+        // The one routine serves the 3 x 3 window and m_bAlternativeXY alike:
+        // the dedicated routines would give the same results.
         return RunningMean::PassXY<T>(*m_pInImage, *m_pOutImage, m_nFilterWidth);
     case eModeDirected:
     case eModeDirectedOrtho:

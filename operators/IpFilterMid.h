@@ -3,6 +3,7 @@
 // running sums. Along a line the sum starts with the rounding term h = w / 2
 // and the window is cut off at the ends; the XY box has no rounding term and
 // divides by the number of samples the cut-off window holds.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -23,7 +24,8 @@ public:
     int32_t Init() override;
     int32_t FilterSinglePlane() override;
 
-    // Selects the alternative XY routine; it gives the same results.
+    // The design's choice of an alternative Mode XY routine. The routines
+    // give the same results, so both settings run the one routine there is.
     bool m_bAlternativeXY = false;
 
 private:
@@ -75,6 +77,117 @@ void Slide(const V* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64
     }
 }
 
+// The mean of the cut-off box of 2 hx + 1 columns and 2 hy + 1 rows around
+// each sample of a one-plane 8-bit image, with nBias added to each sum: the
+// quotient (nBias + sum) / (samples in the box), rounded down. Mode X is a
+// box of one row, Mode Y one of one column, both with the rounding term as
+// bias; Mode XY has no bias.
+//
+// One sum per column over the rows of the box is kept row by row;
+// the sums of the box along a row are differences of a prefix sum of the
+// column sums, padded at both ends so that the cut-off box needs no test.
+//
+// The quotient is taken in single precision, which gives the integer
+// quotient exactly while the box holds at most 65535 samples: sum + bias
+// is then below 256 x 65535 < 2^24 and converts exactly, as does the
+// count; the exact quotient is below 256, where half a unit in the last
+// place of a float is at most 2^-17, while a quotient that is not whole
+// lies at least 1 / count > 2^-16 below the next integer. Rounding to
+// nearest thus neither reaches the next integer nor falls below the
+// integer part, and truncation yields the integer quotient.
+template <typename C>
+void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
+{
+    const int64_t W = in.Width(), H = in.Height(), nBoxWidth = 2 * hx + 1;
+    TpArrayStatic<C> columns(static_cast<uint32_t>(W));
+    TpArrayStatic<uint32_t> prefix(static_cast<uint32_t>(W + nBoxWidth));
+    TpArrayStatic<float> counts(static_cast<uint32_t>(W));
+    C* pColumns = columns.Data();
+    uint32_t* pPrefix = prefix.Data();
+    float* pCounts = counts.Data();
+    for (int64_t x = 0; x < W; ++x)
+    {
+        pColumns[x] = 0;
+        pCounts[x] = static_cast<float>(std::min(W - 1, x + hx) - std::max<int64_t>(0, x - hx) + 1);
+    }
+    // Prefix entry hx + 1 + x sums the columns 0..x; the hx + 1 entries
+    // before are 0 and the hx entries behind repeat the whole row's sum.
+    for (int64_t k = 0; k <= hx; ++k)
+        pPrefix[k] = 0;
+
+    // The box of row y holds rows y - hy .. y + hy of the image: the column
+    // sums gain row y + hy and lose row y - hy - 1 where they exist.
+    for (int64_t y = 0; y < hy; ++y)
+    {
+        const uint8_t* pRow = in.Row<uint8_t>(static_cast<int32_t>(y));
+        for (int64_t x = 0; x < W; ++x)
+            pColumns[x] = static_cast<C>(pColumns[x] + pRow[x]);
+    }
+    for (int64_t y = 0; y < H; ++y)
+    {
+        const uint8_t* pEnter =
+            y + hy < H ? in.Row<uint8_t>(static_cast<int32_t>(y + hy)) : nullptr;
+        const uint8_t* pLeave =
+            y > hy ? in.Row<uint8_t>(static_cast<int32_t>(y - hy - 1)) : nullptr;
+        if (pEnter != nullptr && pLeave != nullptr)
+            for (int64_t x = 0; x < W; ++x)
+                pColumns[x] = static_cast<C>(pColumns[x] + pEnter[x] - pLeave[x]);
+        else if (pEnter != nullptr)
+            for (int64_t x = 0; x < W; ++x)
+                pColumns[x] = static_cast<C>(pColumns[x] + pEnter[x]);
+        else if (pLeave != nullptr)
+            for (int64_t x = 0; x < W; ++x)
+                pColumns[x] = static_cast<C>(pColumns[x] - pLeave[x]);
+
+        // The running sum is serial; four columns a step keep the loop's own
+        // instructions from outnumbering the additions.
+        uint32_t nRunning = 0;
+        uint32_t* pRunning = pPrefix + hx + 1;
+        int64_t x = 0;
+        for (; x + 4 <= W; x += 4)
+        {
+            pRunning[x] = nRunning += pColumns[x];
+            pRunning[x + 1] = nRunning += pColumns[x + 1];
+            pRunning[x + 2] = nRunning += pColumns[x + 2];
+            pRunning[x + 3] = nRunning += pColumns[x + 3];
+        }
+        for (; x < W; ++x)
+            pRunning[x] = nRunning += pColumns[x];
+        for (int64_t k = W + hx + 1; k < W + nBoxWidth; ++k)
+            pPrefix[k] = nRunning;
+
+        // Counts and rows are exact in float, and so is their product.
+        const int64_t nRows = std::min(H - 1, y + hy) - std::max<int64_t>(0, y - hy) + 1;
+        const float fRows = static_cast<float>(nRows);
+        uint8_t* pDst = out.Row<uint8_t>(static_cast<int32_t>(y));
+        for (x = 0; x < W; ++x)
+        {
+            const uint32_t nSum = pPrefix[x + nBoxWidth] - pPrefix[x] + nBias;
+            const float fQuotient =
+                static_cast<float>(static_cast<int32_t>(nSum)) / (pCounts[x] * fRows);
+            pDst[x] = static_cast<uint8_t>(static_cast<int32_t>(fQuotient));
+        }
+    }
+}
+
+// The column sums need 16 bits while a column of the box holds at most 257
+// samples, which is every box of the flow; 16-bit sums halve the work of
+// keeping them.
+inline void BoxMean8(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
+{
+    if (255 * (2 * hy + 1) <= 65535)
+        BoxMean8Sums<uint16_t>(in, out, hx, hy, nBias);
+    else
+        BoxMean8Sums<uint32_t>(in, out, hx, hy, nBias);
+}
+
+// Whether BoxMean8 serves an image and an odd box: 8-bit samples in one
+// plane, and at most 65535 samples in the box.
+template <typename T> inline bool FitsBoxMean8(const ClImage& in, int64_t hx, int64_t hy)
+{
+    return std::is_same_v<T, uint8_t> && in.Planes() == 1 && (2 * hx + 1) * (2 * hy + 1) <= 65535;
+}
+
 // Mode X (bColumns false) or Mode Y. A width that is not below the line
 // length is shortened to length - 1, and the member keeps it; a width of 0
 // then gives -101. Integer sums start at the rounding term h; floating sums
@@ -91,7 +204,15 @@ template <typename T> int32_t Pass(const ClImage& in, ClImage& out, int32_t& nWi
 
     using S = Sum<T>;
     const int64_t w = nWidth;
-    const S s0 = std::is_integral_v<S> ? S(w / 2) : S(0);
+    const int64_t h = w / 2;
+    // A width shortened to an even length divides the interior by w while
+    // the window holds w + 1 samples; only odd widths are boxes.
+    if ((w & 1) != 0 && FitsBoxMean8<T>(in, bColumns ? 0 : h, bColumns ? h : 0))
+    {
+        BoxMean8(in, out, bColumns ? 0 : h, bColumns ? h : 0, static_cast<uint32_t>(h));
+        return 0;
+    }
+    const S s0 = std::is_integral_v<S> ? S(h) : S(0);
     const ptrdiff_t nInPitch = static_cast<ptrdiff_t>(in.RowPitch());
     const ptrdiff_t nOutPitch = static_cast<ptrdiff_t>(out.RowPitch());
     const T* pSrc = in.Row<T>(0);
@@ -127,6 +248,11 @@ template <typename T> int32_t PassXY(const ClImage& in, ClImage& out, int32_t nW
 
     using S = Sum<T>;
     const int64_t w = nWidth, h = w / 2, nSamples = W * P;
+    if ((w & 1) != 0 && FitsBoxMean8<T>(in, h, h))
+    {
+        BoxMean8(in, out, h, h, 0);
+        return 0;
+    }
     TpArrayStatic<S> columns(static_cast<uint32_t>(nSamples));
     S* pColumns = columns.Data();
     for (int64_t x = 0; x < nSamples; ++x)

@@ -4,7 +4,7 @@
 // transformed back; any other one-plane image forward, into the half
 // spectrum that a real image needs (width w / 2 + 1, two planes: real and
 // imaginary part).
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 namespace Fourier
 {

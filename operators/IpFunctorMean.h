@@ -13,12 +13,6 @@
 #include "processing/Ip1To1BaseFilter.h"
 #include "sdk/Exception.h"
 
-// One accumulator value; arrays of it hold the kernel and the row sums.
-template <typename T> struct ClFilterBackbuffer
-{
-    T m_Value;
-};
-
 class ClIpFunctorMean : public ClIp1To1BaseFilter
 {
 public:
@@ -90,7 +84,7 @@ template <typename T, typename A> inline T Store(A acc, int nShift)
 // (their sum >> 11), which is 1 for all usual widths, so they add up to a
 // little more than 2048. Floating: 1 / w each (in float for float data),
 // divided by their sum.
-template <typename A> void BuildKernel(TpArrayStatic<ClFilterBackbuffer<A>>& kernel, int32_t w)
+template <typename A> void BuildKernel(TpArrayStatic<A>& kernel, int32_t w)
 {
     kernel.Create(static_cast<uint32_t>(w));
     if constexpr (std::is_integral_v<A>)
@@ -98,7 +92,7 @@ template <typename A> void BuildKernel(TpArrayStatic<ClFilterBackbuffer<A>>& ker
         const int32_t nRaw = TruncateToInt32(2048.0 / w + 1.0);
         const int64_t nScale = (static_cast<int64_t>(nRaw) * w) >> kShift;
         for (int32_t k = 0; k < w; ++k)
-            kernel[k].m_Value = static_cast<A>(nRaw / nScale);
+            kernel[k] = static_cast<A>(nRaw / nScale);
     }
     else
     {
@@ -106,11 +100,11 @@ template <typename A> void BuildKernel(TpArrayStatic<ClFilterBackbuffer<A>>& ker
         A sum = 0;
         for (int32_t k = 0; k < w; ++k)
         {
-            kernel[k].m_Value = raw;
+            kernel[k] = raw;
             sum += raw;
         }
         for (int32_t k = 0; k < w; ++k)
-            kernel[k].m_Value = kernel[k].m_Value / sum;
+            kernel[k] = kernel[k] / sum;
     }
 }
 
@@ -125,98 +119,116 @@ inline int64_t Clamp(int64_t v, int64_t nLast)
     return v < 0 ? 0 : (v > nLast ? nLast : v);
 }
 
-template <typename T, typename A>
-void FilterX(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>* pW, int32_t w,
-             const Box& box)
+// The horizontal kernel along one row, for columns x0..x1: the sum of
+// weight k x the sample at column x - h + k, positions beyond the row
+// repeating its end sample, stored with nShift. Column c of the source is
+// at pSrc[(c - nSrcFirst) x P]. The interior, where no position is clamped,
+// runs kernel position by kernel position over the whole stretch into
+// pSums, each sum still adding its terms in kernel order: the stretch then
+// vectorises and every sum is the one the plain order gives.
+template <typename T, typename A, typename S>
+void Horizontal(const S* pSrc, int64_t nSrcFirst, T* pDst, const A* pW, int32_t w, int64_t nLast,
+                int64_t P, int64_t x0, int64_t x1, int nShift, A* pSums)
 {
-    const int64_t nLast = in.Width() - 1, P = in.Planes(), h = w / 2;
-    for (int32_t y = box.y0; y <= box.y1; ++y)
+    const int64_t h = w / 2;
+    auto at = [&](int64_t c, int64_t p) { return static_cast<A>(pSrc[(c - nSrcFirst) * P + p]); };
+    auto border = [&](int64_t x)
     {
-        const T* pSrc = in.Row<T>(y);
-        T* pDst = out.Row<T>(y);
-        for (int64_t x = box.x0; x <= box.x1; ++x)
+        for (int64_t p = 0; p < P; ++p)
         {
-            // Interior columns need no clamping; the border repeats its sample.
-            const bool bInside = x - h >= 0 && x + h <= nLast;
-            for (int64_t p = 0; p < P; ++p)
-            {
-                A acc = 0;
-                if (bInside)
-                {
-                    const T* s = pSrc + (x - h) * P + p;
-                    for (int32_t k = 0; k < w; ++k)
-                        acc = MulAdd(acc, pW[k].m_Value, static_cast<A>(s[k * P]));
-                }
-                else
-                {
-                    for (int32_t k = 0; k < w; ++k)
-                        acc = MulAdd(acc, pW[k].m_Value,
-                                     static_cast<A>(pSrc[Clamp(x - h + k, nLast) * P + p]));
-                }
-                pDst[x * P + p] = Store<T>(acc, kShift);
-            }
+            A acc = 0;
+            for (int32_t k = 0; k < w; ++k)
+                acc = MulAdd(acc, pW[k], at(Clamp(x - h + k, nLast), p));
+            pDst[x * P + p] = Store<T>(acc, nShift);
         }
+    };
+    const int64_t nFirstInside = std::max(x0, h), nLastInside = std::min(x1, nLast - h);
+    int64_t x = x0;
+    for (; x <= x1 && x < nFirstInside; ++x)
+        border(x);
+    if (x <= nLastInside)
+    {
+        const int64_t nCount = (nLastInside - x + 1) * P;
+        for (int32_t k = 0; k < w; ++k)
+        {
+            const S* s = pSrc + (x - h + k - nSrcFirst) * P;
+            const A weight = pW[k];
+            if (k == 0)
+                for (int64_t i = 0; i < nCount; ++i)
+                    pSums[i] = MulAdd(A(0), weight, static_cast<A>(s[i]));
+            else
+                for (int64_t i = 0; i < nCount; ++i)
+                    pSums[i] = MulAdd(pSums[i], weight, static_cast<A>(s[i]));
+        }
+        T* pOut = pDst + x * P;
+        for (int64_t i = 0; i < nCount; ++i)
+            pOut[i] = Store<T>(pSums[i], nShift);
+        x = nLastInside + 1;
     }
+    for (; x <= x1; ++x)
+        border(x);
+}
+
+template <typename T, typename A>
+void FilterX(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box)
+{
+    const int64_t nLast = in.Width() - 1, P = in.Planes();
+    TpArrayStatic<A> sums(static_cast<uint32_t>(in.Width() * P));
+    for (int32_t y = box.y0; y <= box.y1; ++y)
+        Horizontal<T>(in.Row<T>(y), 0, out.Row<T>(y), pW, w, nLast, P, box.x0, box.x1, kShift,
+                      sums.Data());
 }
 
 // Adds weight * row for the w rows around y (clamped to the image) into
 // the accumulator, which covers samples nFirst to nFirst + nCount - 1.
 template <typename T, typename A>
-void AccumulateRows(const ClImage& in, const ClFilterBackbuffer<A>* pW, int32_t w, int64_t y,
-                    int64_t nFirst, int64_t nCount, ClFilterBackbuffer<A>* pAcc)
+void AccumulateRows(const ClImage& in, const A* pW, int32_t w, int64_t y, int64_t nFirst,
+                    int64_t nCount, A* pAcc)
 {
     const int64_t nLastRow = in.Height() - 1, h = w / 2;
-    for (int64_t i = 0; i < nCount; ++i)
-        pAcc[i].m_Value = 0;
+    // Each sum starts at 0 and adds its first term with the first row.
     for (int32_t k = 0; k < w; ++k)
     {
         const T* s = in.Row<T>(static_cast<int32_t>(Clamp(y - h + k, nLastRow))) + nFirst;
-        const A weight = pW[k].m_Value;
-        for (int64_t i = 0; i < nCount; ++i)
-            pAcc[i].m_Value = MulAdd(pAcc[i].m_Value, weight, static_cast<A>(s[i]));
+        const A weight = pW[k];
+        if (k == 0)
+            for (int64_t i = 0; i < nCount; ++i)
+                pAcc[i] = MulAdd(A(0), weight, static_cast<A>(s[i]));
+        else
+            for (int64_t i = 0; i < nCount; ++i)
+                pAcc[i] = MulAdd(pAcc[i], weight, static_cast<A>(s[i]));
     }
 }
 
 template <typename T, typename A>
-void FilterY(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>* pW, int32_t w,
-             const Box& box)
+void FilterY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box)
 {
     const int64_t P = in.Planes(), nFirst = box.x0 * P, nCount = (box.x1 - box.x0 + 1) * P;
-    TpArrayStatic<ClFilterBackbuffer<A>> acc(static_cast<uint32_t>(nCount));
+    TpArrayStatic<A> acc(static_cast<uint32_t>(nCount));
     for (int32_t y = box.y0; y <= box.y1; ++y)
     {
         AccumulateRows<T>(in, pW, w, y, nFirst, nCount, acc.Data());
         T* pDst = out.Row<T>(y) + nFirst;
         for (int64_t i = 0; i < nCount; ++i)
-            pDst[i] = Store<T>(acc[i].m_Value, kShift);
+            pDst[i] = Store<T>(acc[i], kShift);
     }
 }
 
 // Separable: the vertical kernel into one accumulator row, then the
 // horizontal kernel over that row; the two sets of weights make 22 bits.
 template <typename T, typename A>
-void FilterXY(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>* pW, int32_t w,
-              const Box& box)
+void FilterXY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box)
 {
     const int64_t nLast = in.Width() - 1, P = in.Planes(), h = w / 2;
     const int64_t cx0 = std::max<int64_t>(0, box.x0 - h);
     const int64_t cx1 = std::min<int64_t>(nLast, box.x1 + h);
-    TpArrayStatic<ClFilterBackbuffer<A>> acc(static_cast<uint32_t>((cx1 - cx0 + 1) * P));
+    TpArrayStatic<A> acc(static_cast<uint32_t>((cx1 - cx0 + 1) * P));
+    TpArrayStatic<A> sums(static_cast<uint32_t>(in.Width() * P));
     for (int32_t y = box.y0; y <= box.y1; ++y)
     {
         AccumulateRows<T>(in, pW, w, y, cx0 * P, (cx1 - cx0 + 1) * P, acc.Data());
-        const ClFilterBackbuffer<A>* pRow = acc.Data() - cx0 * P;
-        T* pDst = out.Row<T>(y);
-        for (int64_t x = box.x0; x <= box.x1; ++x)
-        {
-            for (int64_t p = 0; p < P; ++p)
-            {
-                A sum = 0;
-                for (int32_t k = 0; k < w; ++k)
-                    sum = MulAdd(sum, pW[k].m_Value, pRow[Clamp(x - h + k, nLast) * P + p].m_Value);
-                pDst[x * P + p] = Store<T>(sum, 2 * kShift);
-            }
-        }
+        Horizontal<T>(acc.Data(), cx0, out.Row<T>(y), pW, w, nLast, P, box.x0, box.x1, 2 * kShift,
+                      sums.Data());
     }
 }
 
@@ -224,8 +236,8 @@ void FilterXY(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>* pW, 
 // centre weight and those below it backward, the others forward. A step
 // that leaves the image is undone, so the walk then repeats its last pixel.
 template <typename T, typename A>
-void FilterDirected(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>* pW, int32_t w,
-                    const Box& box, const ClImage& dx, const ClImage& dy, bool bOrtho)
+void FilterDirected(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box,
+                    const ClImage& dx, const ClImage& dy, bool bOrtho)
 {
     const int64_t P = in.Planes(), h = w / 2;
     const int64_t nLimitX = int64_t(in.Width()) * 128, nLimitY = int64_t(in.Height()) * 128;
@@ -256,7 +268,7 @@ void FilterDirected(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>
                 int64_t px = x * 128 + 64, py = int64_t(y) * 128 + 64;
                 for (int64_t k = h; k >= 0; --k)
                 {
-                    acc = MulAdd(acc, pW[k].m_Value, sample(px, py, p));
+                    acc = MulAdd(acc, pW[k], sample(px, py, p));
                     step(px, py, -sx, -sy);
                 }
                 px = x * 128 + 64;
@@ -264,7 +276,7 @@ void FilterDirected(const ClImage& in, ClImage& out, const ClFilterBackbuffer<A>
                 step(px, py, sx, sy);
                 for (int64_t k = h + 1; k < w; ++k)
                 {
-                    acc = MulAdd(acc, pW[k].m_Value, sample(px, py, p));
+                    acc = MulAdd(acc, pW[k], sample(px, py, p));
                     step(px, py, sx, sy);
                 }
                 pDst[x * P + p] = Store<T>(acc, kShift);
@@ -279,7 +291,7 @@ int32_t Filter(const ClImage& in, ClImage& out, int32_t nMode, int32_t w, const 
                const ClImage* pDx, const ClImage* pDy)
 {
     using A = typename Accumulator<T>::Type;
-    TpArrayStatic<ClFilterBackbuffer<A>> kernel;
+    TpArrayStatic<A> kernel;
     switch (nMode)
     {
     case eModeX:

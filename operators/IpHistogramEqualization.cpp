@@ -34,7 +34,9 @@ int32_t ClIpHistogramEqualization::Dispatch(const ClImage& in, ClImage& out)
             SENTIVO_THROW_BAD_ALLOC();
     }
     m_pHistogram->Create(in);
-    return ClIp1to1Base::Dispatch(in, out);
+    return DispatchPixels(in, out,
+                          [&](double dSample)
+                          { return ClIpHistogramEqualization::PixelOp(in, out, dSample); });
 }
 
 double ClIpHistogramEqualization::PixelOp(const ClImage& in, const ClImage& out, double dSample)

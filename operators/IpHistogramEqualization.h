@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "image/Histogram.h"
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 class ClIpHistogramEqualization : public NewIpBase::ClIp1to1Base
 {
@@ -18,7 +18,7 @@ public:
     int32_t Dispatch(const ClImage& in, ClImage& out) override;
     // (output upper − output lower) × count of samples up to s ÷ samples.
     // The output's lower bound is not added back.
-    double PixelOp(const ClImage& in, const ClImage& out, double dSample) override;
+    double PixelOp(const ClImage& in, const ClImage& out, double dSample) final;
 
 private:
     // Made at the first run and kept for the next.

@@ -1,6 +1,29 @@
 #include "operators/IpLabeling.h"
 
+#include <cstring>
+
 #include "sdk/Exception.h"
+
+namespace
+{
+
+// The first column from x on whose sample is not zero, or nWidth; eight
+// samples a step while they are all zero.
+int32_t EndOfZeros(const uint8_t* pRow, int32_t x, int32_t nWidth)
+{
+    for (; x + 8 <= nWidth; x += 8)
+    {
+        uint64_t nEight;
+        std::memcpy(&nEight, pRow + x, sizeof(nEight));
+        if (nEight != 0)
+            break;
+    }
+    while (x < nWidth && pRow[x] == 0)
+        ++x;
+    return x;
+}
+
+} // namespace
 
 int32_t ClIpLabeling::Run(ClImage* pIn, ClImage* pOut)
 {
@@ -32,15 +55,25 @@ int32_t ClIpLabeling::Process()
     labels.SetBounds(input.LowerBound(), input.UpperBound());
     labels.Fill<int32_t>(0);
 
+    // A fill labels whole runs of zero samples of a row, so a run is either
+    // labelled throughout or not at all: its first sample tells which, and
+    // the scan steps from run to run.
     m_nRegionCount = 0;
+    const int32_t nWidth = input.Width();
     for (int32_t y = 0; y < input.Height(); ++y)
     {
         const uint8_t* pIn = input.Row<uint8_t>(y);
         const int32_t* pLabel = labels.Row<int32_t>(y);
-        for (int32_t x = 0; x < input.Width(); ++x)
+        int32_t x = 0;
+        while (x < nWidth)
         {
-            if (pIn[x] == 0 && pLabel[x] == 0)
+            const void* pZero = std::memchr(pIn + x, 0, static_cast<size_t>(nWidth - x));
+            if (pZero == nullptr)
+                break;
+            x = static_cast<int32_t>(static_cast<const uint8_t*>(pZero) - pIn);
+            if (pLabel[x] == 0)
                 Fill(input, labels, x, y, ++m_nRegionCount);
+            x = EndOfZeros(pIn, x, nWidth);
         }
     }
     return 0;

@@ -5,7 +5,7 @@
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/SelectDataTypes.h"
 
 namespace
@@ -38,17 +38,10 @@ template <typename TIn, typename TOut> void Scale(const ClImage& in, ClImage& ou
     }
     const double dLower = std::min(out.LowerBound(), out.UpperBound());
     const double dUpper = std::max(out.LowerBound(), out.UpperBound());
-    const int32_t nHeight = std::min(in.Height(), out.Height());
-    const int64_t nSamples = std::min(static_cast<int64_t>(in.Width()) * in.Planes(),
-                                      static_cast<int64_t>(out.Width()) * out.Planes());
-    for (int32_t y = 0; y < nHeight; ++y)
-    {
-        const TIn* pIn = in.Row<TIn>(y);
-        TOut* pOut = out.Row<TOut>(y);
-        for (int64_t i = 0; i < nSamples; ++i)
-            pOut[i] = SampleFromDouble<TOut>(
-                ScaleClamped(dFactor, static_cast<double>(pIn[i]), dLower, dUpper));
-    }
+    Ip1To1Paths::MapSamples<TIn, TOut>(
+        in, out, Ip1To1Paths::AllSamples(in, out),
+        [=](TIn sample)
+        { return SampleFromDouble<TOut>(ScaleClamped(dFactor, sample, dLower, dUpper)); });
 }
 
 } // namespace
@@ -87,19 +80,19 @@ double ClIpScale::PixelOp(const ClImage&, const ClImage& out, double dSample)
 
 int32_t ClIpScale::Dispatch(const ClImage& in, ClImage& out)
 {
-    return SelectDataTypes(in.DataType(), out.DataType(),
-                           [&](auto inTag, auto outTag)
-                           {
-                               using TIn = typename decltype(inTag)::Type;
-                               using TOut = typename decltype(outTag)::Type;
-                               if constexpr (std::is_same_v<TIn, uint8_t>)
-                                   Ip1to1Paths::RunTable<TOut>(
-                                       in, out,
-                                       [&](double dSample) { return PixelOp(in, out, dSample); });
-                               else
-                                   Scale<TIn, TOut>(in, out, m_dScaleFactor);
-                               return 0;
-                           });
+    return SelectDataTypes(
+        in.DataType(), out.DataType(),
+        [&](auto inTag, auto outTag)
+        {
+            using TIn = typename decltype(inTag)::Type;
+            using TOut = typename decltype(outTag)::Type;
+            if constexpr (std::is_same_v<TIn, uint8_t>)
+                Ip1To1Paths::RunTable<TOut>(
+                    in, out, [&](double dSample) { return ClIpScale::PixelOp(in, out, dSample); });
+            else
+                Scale<TIn, TOut>(in, out, m_dScaleFactor);
+            return 0;
+        });
 }
 
 void ClIpScale::GetStatusText(char* szBuffer, uint32_t nSize)

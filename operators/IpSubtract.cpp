@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "parameters/ParameterContainer.h"
-#include "processing/Ip2to1Paths.h"
+#include "processing/Ip2To1Paths.h"
 #include "processing/SelectDataTypes.h"
 
 namespace
@@ -47,27 +47,58 @@ template <typename T1, typename T2, typename TO> struct ClampedDifference
     TO lo;
     TO hi;
 
+    // Below the range (or below 0 for an unsigned output) gives lo, above it
+    // hi, anything else the difference in the output's type. The three are
+    // formed and one is selected, without a branch, so that the loop
+    // vectorises and random data cost no mispredicted jumps.
     TO operator()(T1 a, T2 b) const
     {
         const D d = Difference<D>(a, b);
-        if constexpr (std::is_unsigned_v<TO>)
-        {
-            if (Less(d, 0) || Less(d, lo))
-                return lo;
-        }
-        else
-        {
-            if (Less(d, lo))
-                return lo;
-        }
-        if (Less(hi, d))
-            return hi;
+        const bool bLow = Less(d, lo) || (std::is_unsigned_v<TO> && Less(d, 0));
+        const bool bHigh = Less(hi, d);
+        TO value;
         if constexpr (std::is_floating_point_v<D>)
-            return SampleFromDouble<TO>(static_cast<double>(d));
+            value = SampleFromDouble<TO>(static_cast<double>(d));
         else
-            return static_cast<TO>(d);
+            value = static_cast<TO>(d);
+        return bLow ? lo : bHigh ? hi : value;
     }
 };
+
+// Whether the table path spans the bytes 0 to 255 of an input: its lower
+// bound is 0 and its upper bound at least 255.
+inline bool ByteRange(const ClImage& image)
+{
+    return image.LowerBound() == 0.0 && image.UpperBound() >= 255.0;
+}
+
+// The table path when both inputs span the bytes 0 to 255: its entry for
+// bytes a and b is op(a, b), and op takes the difference a − b first, so
+// the 511 differences stand for the 65536 pairs. When the output is 8-bit
+// and the differences come out as the difference floored at 0 (the
+// output's own range 0..255, the flow's case), the loop is that saturating
+// subtraction, which the compiler vectorises; otherwise each pair looks its
+// difference up.
+template <typename TO, typename Op>
+void RunByteDifferences(const ClImage& first, const ClImage& second, ClImage& out,
+                        const Ip2To1Paths::Overlap& g, Op&& op)
+{
+    TO differences[511];
+    bool bSaturating = std::is_same_v<TO, uint8_t>;
+    for (int32_t d = -255; d <= 255; ++d)
+    {
+        differences[d + 255] = SampleFromDouble<TO>(op(d > 0 ? d : 0, d < 0 ? -d : 0));
+        bSaturating = bSaturating && differences[d + 255] == TO(d > 0 ? d : 0);
+    }
+    if (bSaturating)
+        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g,
+                                                   [](uint8_t a, uint8_t b)
+                                                   { return static_cast<TO>(a > b ? a - b : 0); });
+    else
+        Ip2To1Paths::RunLoop<uint8_t, uint8_t, TO>(first, second, out, g,
+                                                   [&differences](uint8_t a, uint8_t b)
+                                                   { return differences[a - b + 255]; });
+}
 
 } // namespace
 
@@ -116,21 +147,23 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                                int64_t nOutPitch)
 {
-    const Ip2to1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
+    const Ip2To1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
                                  nFirstStart,   nFirstPitch,    nSecondStart, nSecondPitch,
                                  nOutStart,     nOutPitch};
     const bool bTable = second.DataType() == ClImage::eUInt8 && first.SampleSize() == 1 &&
                         static_cast<int64_t>(nOverlapWidth) * nOverlapHeight > kTableBreakEven;
     if (bTable && IsSampleType(first.DataType()))
     {
+        auto op = [&](double a, double b)
+        { return ClIpSubtract::PixelOp(first, second, out, a, b); };
         return SelectDataType(out.DataType(),
                               [&](auto tagOut)
                               {
                                   using TO = typename decltype(tagOut)::Type;
-                                  Ip2to1Paths::RunTable<TO>(
-                                      first, second, out, g,
-                                      [&](double a, double b)
-                                      { return PixelOp(first, second, out, a, b); });
+                                  if (ByteRange(first) && ByteRange(second))
+                                      RunByteDifferences<TO>(first, second, out, g, op);
+                                  else
+                                      Ip2To1Paths::RunTable<TO>(first, second, out, g, op);
                                   return 0;
                               });
     }
@@ -170,7 +203,7 @@ int32_t ClIpSubtract::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                if (m_eRangeType == eUserDependent)
                                    out.SetBounds(static_cast<double>(op.lo),
                                                  static_cast<double>(op.hi));
-                               Ip2to1Paths::RunLoop<T1, T2, TO>(first, second, out, g, op);
+                               Ip2To1Paths::RunLoop<T1, T2, TO>(first, second, out, g, op);
                                return 0;
                            });
 }

@@ -1,7 +1,7 @@
 #pragma once
 // ClIpSubtract: first image minus second, clamped to a range chosen by the
 // range type. Large 8-bit pairs go through a table of all byte pairs.
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 
 class ClIpSubtract : public ClIp2to1Base
 {
@@ -32,9 +32,10 @@ public:
                      int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                      int64_t nOutPitch) override;
     // a − b clamped to the output's bounds, the smaller bound first: the
-    // function of the table path, which thus behaves as range type 0.
+    // function of the table path, which thus behaves as range type 0. The
+    // table path rests on its depending on a − b alone, hence final.
     double PixelOp(const ClImage& first, const ClImage& second, const ClImage& out, double dFirst,
-                   double dSecond) override;
+                   double dSecond) final;
 
     double m_dLowerBound;
     double m_dUpperBound;

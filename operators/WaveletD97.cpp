@@ -40,31 +40,43 @@ void ClWaveletD97::Transform(ClImage& image, int32_t nLevel)
     }
 }
 
-// One work buffer of W x H samples per call, whatever the levels.
+namespace
+{
+
+// The body of the four members: one work buffer of W x H samples per call,
+// whatever the levels, and the levels of one direction on it.
+template <bool bForward, typename T>
+void RunLevels(T* pData, int64_t nPitch, int32_t nWidth, int32_t nHeight, int32_t nLevels)
+{
+    TpArrayStatic<T> work(static_cast<uint32_t>(int64_t(nWidth) * nHeight));
+    if constexpr (bForward)
+        WaveletD97::Forward(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+    else
+        WaveletD97::Inverse(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+}
+
+} // namespace
+
 void ClWaveletD97::ForwardFloat(float* pData, int64_t nPitch, int32_t nWidth, int32_t nHeight,
                                 int32_t nLevels)
 {
-    TpArrayStatic<float> work(static_cast<uint32_t>(int64_t(nWidth) * nHeight));
-    WaveletD97::Forward(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+    RunLevels<true>(pData, nPitch, nWidth, nHeight, nLevels);
 }
 
 void ClWaveletD97::ForwardDouble(double* pData, int64_t nPitch, int32_t nWidth, int32_t nHeight,
                                  int32_t nLevels)
 {
-    TpArrayStatic<double> work(static_cast<uint32_t>(int64_t(nWidth) * nHeight));
-    WaveletD97::Forward(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+    RunLevels<true>(pData, nPitch, nWidth, nHeight, nLevels);
 }
 
 void ClWaveletD97::InverseFloat(float* pData, int64_t nPitch, int32_t nWidth, int32_t nHeight,
                                 int32_t nLevels)
 {
-    TpArrayStatic<float> work(static_cast<uint32_t>(int64_t(nWidth) * nHeight));
-    WaveletD97::Inverse(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+    RunLevels<false>(pData, nPitch, nWidth, nHeight, nLevels);
 }
 
 void ClWaveletD97::InverseDouble(double* pData, int64_t nPitch, int32_t nWidth, int32_t nHeight,
                                  int32_t nLevels)
 {
-    TpArrayStatic<double> work(static_cast<uint32_t>(int64_t(nWidth) * nHeight));
-    WaveletD97::Inverse(pData, nPitch, nWidth, nHeight, nLevels, work.Data());
+    RunLevels<false>(pData, nPitch, nWidth, nHeight, nLevels);
 }

@@ -64,18 +64,16 @@ template <typename T, bool bUndo> inline T Apply(T x, double d)
 
 // On o, from e: o[i] += c (e[i] + e[i + 1]); o[n - 1] += c (3 e[n - 1] - e[n - 2]).
 // A line of one value has no neighbour to extrapolate from; its missing
-// neighbour is taken equal to it, which keeps the step invertible.
+// neighbour is taken equal to it, which keeps the step invertible. The
+// lanes of the values lie back to back, so the steps that pair neighbours
+// run as one loop over all lanes of all values, which vectorises for the
+// rows (one lane) as for the columns.
 template <typename T, bool bUndo>
 void LiftOdd(const T* e, T* o, int64_t n, int64_t nLanes, double c)
 {
-    for (int64_t i = 0; i + 1 < n; ++i)
-    {
-        const T* e0 = e + i * nLanes;
-        const T* e1 = e0 + nLanes;
-        T* oi = o + i * nLanes;
-        for (int64_t x = 0; x < nLanes; ++x)
-            oi[x] = Apply<T, bUndo>(oi[x], c * (double(e0[x]) + double(e1[x])));
-    }
+    const int64_t nPaired = (n - 1) * nLanes;
+    for (int64_t j = 0; j < nPaired; ++j)
+        o[j] = Apply<T, bUndo>(o[j], c * (double(e[j]) + double(e[j + nLanes])));
     const T* pLast = e + (n - 1) * nLanes;
     const T* pBefore = n > 1 ? pLast - nLanes : pLast;
     T* oLast = o + (n - 1) * nLanes;
@@ -96,14 +94,8 @@ void LiftEven(T* e, const T* o, int64_t n, int64_t nLanes, double c)
         const double first = double(o[x]), after = double(pAfter[x]);
         e[x] = Apply<T, bUndo>(e[x], c * (first + first + first - after));
     }
-    for (int64_t i = 1; i < n; ++i)
-    {
-        const T* o0 = o + (i - 1) * nLanes;
-        const T* o1 = o0 + nLanes;
-        T* ei = e + i * nLanes;
-        for (int64_t x = 0; x < nLanes; ++x)
-            ei[x] = Apply<T, bUndo>(ei[x], c * (double(o0[x]) + double(o1[x])));
-    }
+    for (int64_t j = nLanes; j < n * nLanes; ++j)
+        e[j] = Apply<T, bUndo>(e[j], c * (double(o[j - nLanes]) + double(o[j])));
 }
 
 // Steps c0 (on o), c1 (on e), c2 (on o), c3 (on e); the inverse undoes them

@@ -45,15 +45,4 @@ void ClIp1To1BaseFilter::CheckParameters()
             m_pDyImage->Height() != m_pInImage->Height())
             SENTIVO_THROW("InDyImage size must be equal to InImage", ZRC_ERROR_INVALID_PARAMETER);
     }
-
-    // The same box tests as the base, which has refused a bad box already,
-    // so these two messages are not reached in practice.
-    if (m_nRegionOfInterest == eRoiBox)
-    {
-        if (!(m_nROILeft < m_nROIRight && m_nROIBottom < m_nROITop))
-            SENTIVO_THROW("Illegal ROI box provided", ZRC_ERROR_INVALID_PARAMETER);
-        if (m_nROILeft < 0 || m_nROIBottom < 0 || m_nROIRight >= m_pInImage->Width() ||
-            m_nROITop >= m_pInImage->Height())
-            SENTIVO_THROW("ROI box exceeds image dimensions", ZRC_ERROR_INVALID_PARAMETER);
-    }
 }

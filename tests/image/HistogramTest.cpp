@@ -1,9 +1,11 @@
 #include "image/Histogram.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <initializer_list>
 #include <numeric>
+#include <random>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -72,4 +74,44 @@ TEST(Histogram, MeanFallsBackToTheMiddleBinAndStdDevDividesByTheWholeCount)
     // and 128 off the root.
     h.Create(Bytes(ClImage::eInt8, {-128, -126}));
     EXPECT_DOUBLE_EQ(h.StdDev(0, 255), std::sqrt(127.0 * 127.0 + 129.0 * 129.0) - 128.0);
+}
+
+TEST(Histogram, RandomRectanglesCountAsAPlainLoopCounts)
+{
+    // Rows of every width up to 31 and wider, unsigned and signed bytes,
+    // rectangles inside, across and beyond every edge, against one count
+    // per sample.
+    std::mt19937 rng(11);
+    for (ClImage::EDataType eType : {ClImage::eUInt8, ClImage::eInt8})
+        for (int32_t nWidth : {1, 2, 3, 4, 5, 7, 8, 9, 16, 17, 31, 320})
+        {
+            const int32_t nHeight = 1 + static_cast<int32_t>(rng() % 40);
+            ClImage image;
+            image.Create(eType, nWidth, nHeight);
+            std::memset(image.Data(), 99, static_cast<size_t>(image.ByteSize()));
+            for (int32_t y = 0; y < nHeight; ++y)
+                for (int32_t x = 0; x < nWidth; ++x) // runs of equal bytes as well
+                    image.Row<uint8_t>(y)[x] = static_cast<uint8_t>(rng() % 3 ? rng() : x / 5);
+            std::uniform_int_distribution<int32_t> across(-3, nWidth + 3), down(-3, nHeight + 3);
+            for (int nCase = 0; nCase < 40; ++nCase)
+            {
+                int32_t nLeft = across(rng), nRight = across(rng);
+                int32_t nTop = down(rng), nBottom = down(rng);
+                if (nLeft >= nRight || nTop >= nBottom)
+                    continue;
+                uint32_t expected[256] = {};
+                for (int32_t y = std::max(0, nTop); y < std::min(nHeight, nBottom); ++y)
+                    for (int32_t x = std::max(0, nLeft); x < std::min(nWidth, nRight); ++x)
+                    {
+                        const uint8_t b = image.Row<uint8_t>(y)[x];
+                        ++expected[eType == ClImage::eInt8 ? static_cast<int8_t>(b) + 128 : b];
+                    }
+                ClHistogram h;
+                h.Create(image, nLeft, nTop, nRight, nBottom);
+                EXPECT_EQ(std::memcmp(expected, h.m_nBins, sizeof(expected)), 0)
+                    << nWidth << "x" << nHeight << " " << nLeft << ".." << nRight << ", " << nTop
+                    << ".." << nBottom;
+                EXPECT_EQ(h.m_nOffset, eType == ClImage::eInt8 ? 128 : 0);
+            }
+        }
 }

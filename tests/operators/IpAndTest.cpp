@@ -55,3 +55,26 @@ TEST(IpAnd, RefusesMixedTypes)
     EXPECT_EQ(ClIpAnd().Run(&u8, &i8, &out), ZRC_ERROR_PARAM_IS_MISSING);
     EXPECT_EQ(out.Data(), nullptr);
 }
+
+TEST(IpAnd, RowsOfEveryWidthAreCombinedByteForByte)
+{
+    // Equal planes of one-byte samples over rows of every width up to 33,
+    // padding included in the buffers but not combined.
+    for (ClImage::EDataType eType : {ClImage::eUInt8, ClImage::eInt8})
+        for (int32_t nWidth = 1; nWidth <= 33; ++nWidth)
+            for (uint32_t nPlanes : {1u, 2u})
+            {
+                SCOPED_TRACE(testing::Message()
+                             << ClImage::TypeText(eType) << " " << nWidth << " " << nPlanes);
+                const ClImage first = RandomImage(eType, nWidth, 3, nPlanes, 130 + nWidth);
+                const ClImage second = RandomImage(eType, nWidth, 3, nPlanes, 170 + nWidth);
+                ClImage in1(first), in2(second), out;
+                ASSERT_EQ(ClIpAnd().Run(&in1, &in2, &out), 0);
+                int nWrong = 0;
+                for (int32_t y = 0; y < 3; ++y)
+                    for (int64_t i = 0; i < int64_t(nWidth) * nPlanes; ++i)
+                        nWrong += out.Row<uint8_t>(y)[i] !=
+                                  (first.Row<uint8_t>(y)[i] & second.Row<uint8_t>(y)[i]);
+                EXPECT_EQ(nWrong, 0);
+            }
+}

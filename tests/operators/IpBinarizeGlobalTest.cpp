@@ -61,3 +61,32 @@ TEST(IpBinarizeGlobal, ThresholdsAndColoursOutsideTheRangeAreRefused)
     op.m_dWhite = 256;
     EXPECT_EQ(op.Run(&image, &out, 100), ZRC_ERROR_PARAM_OUT_OF_RANGE);
 }
+
+TEST(IpBinarizeGlobal, EightBitThresholdsAcrossTheRangeMatchAPlainComparison)
+{
+    // Every byte against thresholds from the bottom to the top of the range,
+    // with colours in either order and equal, into the input and into a
+    // separate output, over rows of every width up to 31.
+    for (double dThreshold : {0.0, 0.5, 1.0, 100.25, 127.5, 128.0, 254.5, 255.0})
+        for (auto [dBlack, dWhite] :
+             {std::pair{0.0, 255.0}, {255.0, 0.0}, {7.0, 7.0}, {1.9, 254.2}})
+            for (int32_t nWidth = 1; nWidth <= 31; nWidth += 5)
+            {
+                SCOPED_TRACE(testing::Message() << dThreshold << " " << dBlack << " " << dWhite
+                                                << " width " << nWidth);
+                ClImage source = RandomImage(ClImage::eUInt8, nWidth, 9, 1, 70 + nWidth);
+                for (int32_t i = 0; i < nWidth * 9; ++i)
+                    source.Row<uint8_t>(i / nWidth)[i % nWidth] = static_cast<uint8_t>(i * 37);
+                ClImage image, out;
+                image.Assign(source);
+                ClIpBinarizeGlobal op;
+                op.m_dBlack = dBlack;
+                op.m_dWhite = dWhite;
+                ASSERT_EQ(op.Run(&image, &out, dThreshold), 0);
+                ASSERT_EQ(op.Run(&image, &image, dThreshold), 0);
+                auto expected = [&](auto s, int32_t, int32_t, auto)
+                { return SampleFromDouble<uint8_t>(s >= dThreshold ? dWhite : dBlack); };
+                EXPECT_EQ(CountWrong(source, out, expected), 0);
+                EXPECT_EQ(CountWrong(source, image, expected), 0);
+            }
+}

@@ -144,3 +144,96 @@ TEST(IpSubtract, OverlapsAbove90000BytePairsTakeTheTableWhichAgreesWithTheLoop)
         EXPECT_EQ(out.UpperBound(), 100.0);
     }
 }
+
+namespace
+{
+
+// The table path as defined, applied pair by pair: entry (a − first lower) ×
+// 256 + (b − second lower), for a and b stepping through the inputs' bounds
+// (at most 256 steps each), is a − b clamped to the output's bounds, the
+// smaller first; other entries are 0; a pair of bytes, read as unsigned,
+// takes entry first byte × 256 + second byte.
+template <typename TO>
+std::vector<TO> DefinedTable(const ClImage& first, const ClImage& second, const ClImage& out)
+{
+    std::vector<TO> table(65536, TO(0));
+    const double lo = std::min(out.LowerBound(), out.UpperBound());
+    const double hi = std::max(out.LowerBound(), out.UpperBound());
+    for (int ia = 0; ia < 256 && first.LowerBound() + ia <= first.UpperBound(); ++ia)
+        for (int ib = 0; ib < 256 && second.LowerBound() + ib <= second.UpperBound(); ++ib)
+        {
+            const double d = (first.LowerBound() + ia) - (second.LowerBound() + ib);
+            table[ia * 256 + ib] = SampleFromDouble<TO>(d < lo ? lo : d > hi ? hi : d);
+        }
+    return table;
+}
+
+int WrongTableEntries(const ClImage& first, const ClImage& second, const ClImage& out)
+{
+    return SelectDataType(
+        out.DataType(),
+        [&](auto tag)
+        {
+            using TO = typename decltype(tag)::Type;
+            const std::vector<TO> table = DefinedTable<TO>(first, second, out);
+            int nWrong = 0;
+            for (int32_t y = 0; y < first.Height(); ++y)
+                for (int32_t x = 0; x < first.Width(); ++x)
+                    nWrong += !BitEqual(
+                        out.Row<TO>(y)[x],
+                        table[first.Row<uint8_t>(y)[x] * 256 + second.Row<uint8_t>(y)[x]]);
+            return nWrong;
+        });
+}
+
+} // namespace
+
+TEST(IpSubtract, TheTablePathGivesItsTableEntryForEveryPairAndBounds)
+{
+    // 301 × 300 byte pairs, beyond the break-even, with bytes 0 and 255
+    // frequent: every output type; inputs whose bounds span the bytes (the
+    // capture's case) and whose bounds do not; a signed first.
+    ClImage first = RandomImage(ClImage::eUInt8, 301, 300, 1, 120);
+    ClImage second = RandomImage(ClImage::eUInt8, 301, 300, 1, 121);
+    for (int32_t i = 0; i < 301 * 300; i += 7)
+        first.Row<uint8_t>(i / 301)[i % 301] = 255,
+                                        second.Row<uint8_t>((i + 3) / 301)[(i + 3) % 301] = 0;
+    const struct
+    {
+        ClImage::EDataType eFirst;
+        double dLower1, dUpper1, dLower2, dUpper2;
+    } cases[] = {{ClImage::eUInt8, 0, 255, 0, 255},    {ClImage::eUInt8, 0, 300, 0, 1000},
+                 {ClImage::eUInt8, 10, 255, 0, 255},   {ClImage::eUInt8, 0, 255, 0, 100},
+                 {ClImage::eUInt8, 0.5, 255, -3, 255}, {ClImage::eInt8, -128, 127, 0, 255},
+                 {ClImage::eInt8, 0, 255, 0, 255}};
+    for (const auto& c : cases)
+        for (ClImage::EDataType eOut : AllTypes())
+        {
+            SCOPED_TRACE(testing::Message() << ClImage::TypeText(c.eFirst) << " " << c.dLower1
+                                            << ".." << c.dUpper1 << " " << c.dLower2 << ".."
+                                            << c.dUpper2 << " " << ClImage::TypeText(eOut));
+            ClImage in1, in2(second), out;
+            in1.Create(c.eFirst, 301, 300);
+            std::memcpy(in1.Data(), first.Data(), static_cast<size_t>(first.ByteSize()));
+            in1.SetBounds(c.dLower1, c.dUpper1);
+            in2.SetBounds(c.dLower2, c.dUpper2);
+            ClIpSubtract subtract;
+            ASSERT_EQ(subtract.Run(&in1, &in2, &out, eOut), 0);
+            EXPECT_EQ(WrongTableEntries(in1, in2, out), 0);
+        }
+
+    // An 8-bit output with bounds of its own, reached by a direct Dispatch:
+    // clamped to 20..200 rather than floored at 0.
+    for (auto [dLower, dUpper] : {std::pair{20.0, 200.0}, {255.0, 0.0}, {-5.0, 300.0}})
+    {
+        ClImage out;
+        out.Create(ClImage::eUInt8, 301, 300);
+        out.SetBounds(dLower, dUpper);
+        const int64_t nPitch = first.RowPitch();
+        ClIpSubtract subtract;
+        ASSERT_EQ(
+            subtract.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0, nPitch),
+            0);
+        EXPECT_EQ(WrongTableEntries(first, second, out), 0) << dLower << " " << dUpper;
+    }
+}

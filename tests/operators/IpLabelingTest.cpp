@@ -51,8 +51,12 @@ TEST(IpLabeling, MatchesAFloodFillOnRandomMasks)
     std::mt19937 rng(12);
     ClIpLabeling labeling; // one object throughout: the count restarts
     ClImage mask, out, empty;
-    for (auto [w, h] : {std::pair{1, 1}, {1, 9}, {9, 1}, {17, 5}, {64, 48}})
-        for (double dZeros : {0.2, 0.6, 1.0})
+    // Rows of every width up to 31, and zero runs long and short.
+    std::vector<std::pair<int32_t, int32_t>> sizes = {{1, 9}, {9, 1}, {17, 5}, {64, 48}};
+    for (int32_t w = 1; w <= 31; ++w)
+        sizes.push_back({w, 4});
+    for (auto [w, h] : sizes)
+        for (double dZeros : {0.2, 0.6, 0.95, 1.0})
         {
             SCOPED_TRACE(testing::Message() << w << "x" << h << " " << dZeros);
             mask.Create(ClImage::eUInt8, w, h);

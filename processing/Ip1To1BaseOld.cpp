@@ -1,8 +1,7 @@
-#include "processing/Ip1to1BaseOld.h"
+#include "processing/Ip1To1BaseOld.h"
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
 #include "processing/OutImageTypeParameter.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
@@ -29,15 +28,6 @@ int32_t ClIp1to1Base::Process()
     ClImage& in = *m_pInImage;
     ClImage& out = *m_pOutImage;
 
-    // No data type lies above 254, so this in-place branch never runs; it
-    // stays as the base has it.
-    if (m_bInPlace && m_eOutImageType >= ClImage::eDefaultType && in.DataType() > 254)
-    {
-        if (&out != &in)
-            out.CreateLike(in);
-        return Dispatch(in, out);
-    }
-
     const ClImage::EDataType eType =
         m_eOutImageType < ClImage::eDefaultType ? m_eOutImageType : in.DataType();
     // An output type that is no sample format is refused before the output is
@@ -55,8 +45,7 @@ int32_t ClIp1to1Base::Process()
 
 int32_t ClIp1to1Base::Dispatch(const ClImage& in, ClImage& out)
 {
-    auto op = [&](double dSample) { return PixelOp(in, out, dSample); };
-    return Ip1to1Paths::Dispatch(in, out, m_bUseLookup, op);
+    return DispatchPixels(in, out, [&](double dSample) { return PixelOp(in, out, dSample); });
 }
 
 double ClIp1to1Base::PixelOp(const ClImage&, const ClImage&, double)

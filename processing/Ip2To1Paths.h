@@ -8,7 +8,7 @@
 #include "image/FpImage.h"
 #include "image/SampleTraits.h"
 
-namespace Ip2to1Paths
+namespace Ip2To1Paths
 {
 
 // Where the overlap lies in the three buffers, in samples from each buffer's
@@ -113,4 +113,4 @@ void RunTable(const ClImage& first, const ClImage& second, ClImage& out, const O
                                   { return table[static_cast<uint32_t>(a) * 256 + b]; });
 }
 
-} // namespace Ip2to1Paths
+} // namespace Ip2To1Paths

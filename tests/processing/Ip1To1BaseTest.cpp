@@ -1,7 +1,11 @@
+#include <cmath>
+#include <functional>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "image/ImageTestSupport.h"
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -94,5 +98,43 @@ TEST(Ip1to1Base, InPlaceAndSwapRulesKeepTheCallersObject)
             EXPECT_EQ(op.nPrepared, bOverwritten ? 0 : 1);
             EXPECT_EQ(out.Data() == keeper.Data(), bOverwritten);
             EXPECT_EQ(SameSamples(keeper, source), !bOverwritten);
+        }
+}
+
+TEST(Ip1to1Base, TablesOfEveryShapeAreAppliedEntryByEntry)
+{
+    // Steps at every entry (a binarisation's table, applied by comparison),
+    // a table of one value, of three values, and of NaN entries, into every
+    // output type, on rows of every width up to 31 holding all 256 bytes.
+    std::vector<std::function<double(double)>> tables;
+    for (int32_t k = 0; k <= 256; k += (k < 4 || k > 250) ? 1 : 7)
+        tables.push_back([k](double s) { return s >= k ? -3.25 : 200.0; });
+    tables.push_back([](double s) { return s < 10 ? 1.0 : s < 20 ? 2.0 : 1.0; });
+    tables.push_back([](double s) { return s < 100 ? std::nan("") : 7.0; });
+    tables.push_back([](double s) { return 3.0 * s - 100.0; });
+    for (ClImage::EDataType eOut : AllTypes())
+        for (int32_t nWidth = 1; nWidth <= 31; nWidth += 3)
+        {
+            ClImage in = RandomImage(ClImage::eUInt8, nWidth, 256 / nWidth + 1, 1, 40 + nWidth);
+            for (int32_t i = 0; i < 256; ++i) // every byte occurs
+                in.Row<uint8_t>(i / nWidth)[i % nWidth] = static_cast<uint8_t>(i);
+            for (size_t t = 0; t < tables.size(); ++t)
+            {
+                SCOPED_TRACE(testing::Message()
+                             << ClImage::TypeText(eOut) << " width " << nWidth << " table " << t);
+                ClImage out;
+                out.CreateAs(in, eOut);
+                SelectDataType(eOut,
+                               [&](auto tag)
+                               {
+                                   using TOut = typename decltype(tag)::Type;
+                                   Ip1To1Paths::RunTable<TOut>(in, out, tables[t]);
+                                   return 0;
+                               });
+                EXPECT_EQ(CountWrong(in, out,
+                                     [&](auto s, int32_t, int32_t, auto o)
+                                     { return SampleFromDouble<decltype(o)>(tables[t](s)); }),
+                          0);
+            }
         }
 }

@@ -3,6 +3,7 @@
 // cycle, with an output type chosen by the caller. It reports missing images
 // by code (-10) instead of throwing.
 #include "image/FpImage.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/ProcessorBase.h"
 
 class ClIp1to1Base : public ClProcessorBase
@@ -28,6 +29,15 @@ public:
     ClImage::EDataType m_eOutImageType = ClImage::eDefaultType;
 
 protected:
+    // The paths of Dispatch with op as the function of one sample, bound
+    // when compiled; see NewIpBase::ClIp1to1Base::DispatchPixels.
+    template <typename Op> int32_t DispatchPixels(const ClImage& in, ClImage& out, Op&& op)
+    {
+        return Ip1To1Paths::Dispatch(in, out, m_bUseLookup, op);
+    }
+
+    // The design's in-place flag. Its form of the run needs a data type above
+    // 254, which no image has, so Process always writes into a fresh target.
     bool m_bInPlace = false;
     bool m_bUseLookup = true;
 };

@@ -1,4 +1,4 @@
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -6,7 +6,7 @@
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip2to1Paths.h"
+#include "processing/Ip2To1Paths.h"
 #include "processing/OutImageTypeParameter.h"
 #include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
@@ -257,32 +257,11 @@ int32_t ClIp2to1Base::Dispatch(const ClImage& first, const ClImage& second, ClIm
                                int64_t nSecondStart, int64_t nSecondPitch, int64_t nOutStart,
                                int64_t nOutPitch)
 {
-    const Ip2to1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
+    const Ip2To1Paths::Overlap g{nOverlapWidth, nOverlapHeight, nFirstPlanes, nSecondPlanes,
                                  nFirstStart,   nFirstPitch,    nSecondStart, nSecondPitch,
                                  nOutStart,     nOutPitch};
-    auto op = [&](double a, double b) { return PixelOp(first, second, out, a, b); };
-    return SelectDataTypes(
-        first.DataType(), second.DataType(), out.DataType(),
-        [&](auto tag1, auto tag2, auto tagOut)
-        {
-            using T1 = typename decltype(tag1)::Type;
-            using T2 = typename decltype(tag2)::Type;
-            using TO = typename decltype(tagOut)::Type;
-            if constexpr (std::is_same_v<T1, uint8_t> && std::is_same_v<T2, uint8_t>)
-            {
-                if (m_bUseLookup)
-                {
-                    Ip2to1Paths::RunTable<TO>(first, second, out, g, op);
-                    return 0;
-                }
-            }
-            Ip2to1Paths::RunLoop<T1, T2, TO>(
-                first, second, out, g,
-                [&](T1 a, T2 b) {
-                    return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b)));
-                });
-            return 0;
-        });
+    return DispatchPixels(first, second, out, g,
+                          [&](double a, double b) { return PixelOp(first, second, out, a, b); });
 }
 
 double ClIp2to1Base::PixelOp(const ClImage&, const ClImage&, const ClImage&, double, double)

@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <tuple>
+#include <vector>
 
 #include "image/ImageTestSupport.h"
 #include "operators/IpFunctorMean.h"
 #include "support/OperatorTestImages.h"
+#include "WindowReference.h"
 
 using TestImages::At;
 
@@ -130,17 +133,26 @@ TEST(IpFunctorMean, StatedValuesAndABox)
 
 TEST(IpFunctorMean, MatchesTheDefinitionOnRandomImagesOfEveryType)
 {
+    // Every width up to 31 and wider than the image, on images of one
+    // pixel, one row, one column and narrow ones, and planes filtered apart.
+    std::vector<std::tuple<int32_t, int32_t, uint32_t>> sizes = {{6, 5, 3u}};
+    for (auto [w, h] : WindowReference::Sizes())
+        sizes.push_back({w, h, 1u});
+    std::vector<int32_t> widths = {INT32_MIN, 0, 40};
+    for (int32_t nWidth = 1; nWidth <= 31; ++nWidth)
+        widths.push_back(nWidth);
     uint32_t nSeed = 100;
     for (ClImage::EDataType eType : TestImages::AllTypes())
-        for (auto [w, h, nPlanes] : {std::tuple{1, 1, 1u}, {7, 1, 1u}, {13, 9, 1u}, {6, 5, 3u}})
+        for (auto [w, h, nPlanes] : sizes)
         {
             ClImage in = TestImages::RandomImage(eType, w, h, nPlanes, nSeed++);
             ClImage dx = TestImages::RandomImage(ClImage::eInt8, w, h, 1, nSeed++);
             ClImage dy = TestImages::RandomImage(ClImage::eInt8, w, h, 1, nSeed++);
             // Widths below 1 run as 3, even ones as the next odd; the member keeps it.
-            for (auto [nWidth, nRuns] : {std::pair{INT32_MIN, 3}, {4, 5}, {9, 9}, {31, 31}})
+            for (int32_t nWidth : widths)
                 for (int32_t nMode : {eModeX, eModeY, eModeXY, eModeDirected, eModeDirectedOrtho})
                 {
+                    const int32_t nRuns = nWidth < 1 ? 3 : nWidth | 1;
                     SCOPED_TRACE(testing::Message() << int(eType) << " " << w << "x" << h << " "
                                                     << nWidth << " " << nMode);
                     ClIpFunctorMean mean;
@@ -156,4 +168,40 @@ TEST(IpFunctorMean, MatchesTheDefinitionOnRandomImagesOfEveryType)
                                    });
                 }
         }
+}
+
+TEST(IpFunctorMean, BoxesAtTheBordersChangeOnlyTheBox)
+{
+    // Boxes touching each border, and narrow ones, on every type: the window
+    // reaches beyond the box and repeats the image's border.
+    uint32_t nSeed = 400;
+    for (ClImage::EDataType eType : TestImages::AllTypes())
+        for (std::array<int32_t, 4> box : {std::array<int32_t, 4>{0, 3, 0, 2},
+                                           {0, 12, 5, 8},
+                                           {9, 12, 0, 8},
+                                           {6, 7, 1, 2},
+                                           {0, 12, 0, 8}})
+            for (int32_t nWidth : {3, 5, 9, 15})
+                for (int32_t nMode : {eModeX, eModeY, eModeXY})
+                {
+                    SCOPED_TRACE(testing::Message()
+                                 << int(eType) << " box " << box[0] << ".." << box[1] << ","
+                                 << box[2] << ".." << box[3] << " " << nWidth << " " << nMode);
+                    ClImage in = TestImages::RandomImage(eType, 13, 9, 1, nSeed++);
+                    ClImage out = TestImages::RandomImage(eType, 13, 9, 1, nSeed++), before;
+                    before.Assign(out);
+                    ClIpFunctorMean mean;
+                    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiBox;
+                    mean.m_nROILeft = box[0], mean.m_nROIRight = box[1];
+                    mean.m_nROIBottom = box[2], mean.m_nROITop = box[3];
+                    ASSERT_EQ(0, mean.Run(&in, &out, nWidth, nMode));
+                    SelectDataType(eType,
+                                   [&](auto tag)
+                                   {
+                                       using T = typename decltype(tag)::Type;
+                                       Check<T>(in, out, nWidth, nMode, nullptr, nullptr, before,
+                                                box);
+                                       return 0;
+                                   });
+                }
 }

@@ -1,9 +1,7 @@
-#include "processing/Ip1to1Base.h"
+#include "processing/Ip1To1Base.h"
 
 #include "parameters/ParameterContainer.h"
 #include "parameters/ParameterInterface.h"
-#include "processing/Ip1to1Paths.h"
-#include "processing/SelectDataTypes.h"
 #include "sdk/Exception.h"
 
 namespace NewIpBase
@@ -66,8 +64,7 @@ int32_t ClIp1to1Base::Process()
 
 int32_t ClIp1to1Base::Dispatch(const ClImage& in, ClImage& out)
 {
-    auto op = [&](double dSample) { return PixelOp(in, out, dSample); };
-    return Ip1to1Paths::Dispatch(in, out, m_bUseLookup, op);
+    return DispatchPixels(in, out, [&](double dSample) { return PixelOp(in, out, dSample); });
 }
 
 double ClIp1to1Base::PixelOp(const ClImage&, const ClImage&, double)

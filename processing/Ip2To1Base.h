@@ -6,7 +6,9 @@
 // the three pixel types; outside the overlap the canvas keeps the inputs'
 // samples on the fill colour.
 #include "image/FpImage.h"
+#include "processing/Ip2To1Paths.h"
 #include "processing/ProcessorBase.h"
+#include "processing/SelectDataTypes.h"
 
 class ClIp2to1Base : public ClProcessorBase
 {
@@ -59,6 +61,15 @@ public:
     int32_t m_nOffsetY = 0;
 
 protected:
+    // The loops of Dispatch over the overlap with op as the function of one
+    // pair of samples (as doubles). An operator passes its own PixelOp,
+    // named with its class, so that the call is bound when compiled and
+    // inlined rather than made virtually per sample; the base's own Dispatch
+    // serves a class that supplies PixelOp alone.
+    template <typename Op>
+    int32_t DispatchPixels(const ClImage& first, const ClImage& second, ClImage& out,
+                           const Ip2To1Paths::Overlap& overlap, Op&& op);
+
     // Computed per run: the overlap and where it starts in each buffer, in
     // samples. The starts are 64-bit so that no offset can wrap them.
     int32_t m_nOverlapWidth = 0;
@@ -72,3 +83,31 @@ protected:
 private:
     bool HasImages() const;
 };
+
+template <typename Op>
+int32_t ClIp2to1Base::DispatchPixels(const ClImage& first, const ClImage& second, ClImage& out,
+                                     const Ip2To1Paths::Overlap& overlap, Op&& op)
+{
+    return SelectDataTypes(
+        first.DataType(), second.DataType(), out.DataType(),
+        [&](auto tag1, auto tag2, auto tagOut)
+        {
+            using T1 = typename decltype(tag1)::Type;
+            using T2 = typename decltype(tag2)::Type;
+            using TO = typename decltype(tagOut)::Type;
+            if constexpr (std::is_same_v<T1, uint8_t> && std::is_same_v<T2, uint8_t>)
+            {
+                if (m_bUseLookup)
+                {
+                    Ip2To1Paths::RunTable<TO>(first, second, out, overlap, op);
+                    return 0;
+                }
+            }
+            Ip2To1Paths::RunLoop<T1, T2, TO>(
+                first, second, out, overlap,
+                [&](T1 a, T2 b) {
+                    return SampleFromDouble<TO>(op(static_cast<double>(a), static_cast<double>(b)));
+                });
+            return 0;
+        });
+}

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "processing/Ip1to1BaseOld.h"
+#include "processing/Ip1To1BaseOld.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -5,6 +5,7 @@
 // operator cannot work in place. A concrete operator supplies PixelOp, or its
 // own Dispatch where speed or shape matter.
 #include "image/FpImage.h"
+#include "processing/Ip1To1Paths.h"
 #include "processing/IpProcessorBase.h"
 
 namespace NewIpBase
@@ -38,6 +39,16 @@ public:
     ClImage* m_pOutImage = nullptr;
 
 protected:
+    // The paths of Dispatch with op as the function of one sample. An
+    // operator passes its own PixelOp, named with its class, so that the
+    // call is bound when compiled and inlined rather than made virtually per
+    // sample; the base's own Dispatch serves a class that supplies PixelOp
+    // alone.
+    template <typename Op> int32_t DispatchPixels(const ClImage& in, ClImage& out, Op&& op)
+    {
+        return Ip1To1Paths::Dispatch(in, out, m_bUseLookup, op);
+    }
+
     // Writes straight into the output, even when it is the input.
     bool m_bInPlace = false;
     // Whether 8-bit inputs go through a 256-entry table.

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "processing/Ip2to1Base.h"
+#include "processing/Ip2To1Base.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
