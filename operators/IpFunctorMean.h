@@ -52,6 +52,10 @@ template <> struct Accumulator<double>
     using Type = double;
 };
 
+// One accumulator value: arrays of it are the kernel and the row
+// accumulators.
+template <typename T> using ClFilterBackbuffer = T;
+
 // The fixed-point weights carry 11 bits; a second pass carries 22.
 constexpr int kShift = 11;
 
@@ -84,7 +88,7 @@ template <typename T, typename A> inline T Store(A acc, int nShift)
 // (their sum >> 11), which is 1 for all usual widths, so they add up to a
 // little more than 2048. Floating: 1 / w each (in float for float data),
 // divided by their sum.
-template <typename A> void BuildKernel(TpArrayStatic<A>& kernel, int32_t w)
+template <typename A> void BuildKernel(TpArrayStatic<ClFilterBackbuffer<A>>& kernel, int32_t w)
 {
     kernel.Create(static_cast<uint32_t>(w));
     if constexpr (std::is_integral_v<A>)
@@ -204,7 +208,7 @@ template <typename T, typename A>
 void FilterY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box& box)
 {
     const int64_t P = in.Planes(), nFirst = box.x0 * P, nCount = (box.x1 - box.x0 + 1) * P;
-    TpArrayStatic<A> acc(static_cast<uint32_t>(nCount));
+    TpArrayStatic<ClFilterBackbuffer<A>> acc(static_cast<uint32_t>(nCount));
     for (int32_t y = box.y0; y <= box.y1; ++y)
     {
         AccumulateRows<T>(in, pW, w, y, nFirst, nCount, acc.Data());
@@ -222,7 +226,7 @@ void FilterXY(const ClImage& in, ClImage& out, const A* pW, int32_t w, const Box
     const int64_t nLast = in.Width() - 1, P = in.Planes(), h = w / 2;
     const int64_t cx0 = std::max<int64_t>(0, box.x0 - h);
     const int64_t cx1 = std::min<int64_t>(nLast, box.x1 + h);
-    TpArrayStatic<A> acc(static_cast<uint32_t>((cx1 - cx0 + 1) * P));
+    TpArrayStatic<ClFilterBackbuffer<A>> acc(static_cast<uint32_t>((cx1 - cx0 + 1) * P));
     TpArrayStatic<A> sums(static_cast<uint32_t>(in.Width() * P));
     for (int32_t y = box.y0; y <= box.y1; ++y)
     {
@@ -291,7 +295,7 @@ int32_t Filter(const ClImage& in, ClImage& out, int32_t nMode, int32_t w, const 
                const ClImage* pDx, const ClImage* pDy)
 {
     using A = typename Accumulator<T>::Type;
-    TpArrayStatic<A> kernel;
+    TpArrayStatic<ClFilterBackbuffer<A>> kernel;
     switch (nMode)
     {
     case eModeX:
