@@ -19,6 +19,11 @@ constexpr int32_t kBrightLimit = 224;
 ClIpCheckHipass::ClIpCheckHipass() : ClIpStageBase("IpCheckHipass")
 {
     DeclareInput("pInImage", pInImage, "Input image not assigned", ZRC_ERROR_BAD_POINTER);
+    DeclareScratch(m_Low);
+    DeclareScratch(m_High);
+    DeclareScratch(m_Stretched);
+    DeclareScratch(m_Contrast);
+    DeclareScratch(m_Smoothed);
 }
 
 void ClIpCheckHipass::SetDefaults()
@@ -35,6 +40,7 @@ ClProcessorBase* ClIpCheckHipass::NewInstance() const
 
 int32_t ClIpCheckHipass::Process()
 {
+    const ClScratchScope scratch(*this);
     // 1. Local extremes.
     MinFilter(*pInImage, m_Low, kEnvelopeWidth);
     MaxFilter(*pInImage, m_High, kEnvelopeWidth);

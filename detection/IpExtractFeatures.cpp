@@ -84,6 +84,11 @@ int32_t ClIpExtractFeatures::Process()
     TpArrayDynamic<double, 10> features;
     AddAreaFeatures(DarkArea, features);
     AddAreaFeatures(BrightArea, features);
+    // The images of the stretch and the areas have served; the stages
+    // below need only the masked image and the final mask.
+    for (ClImage* pImage : {&HighEnvelope, &LowEnvelope, &SoftMask, &StretchedImage, &BrightArea,
+                            &DarkArea, &BlurredMask, &m_Scratch, &m_Labels})
+        pImage->Clear();
     AddStageFeatures(features);
     for (int i = 0; i < 3; ++i)
         features.Add(0.0);

@@ -13,6 +13,7 @@ constexpr int32_t kFilterWidth = 21;
 ClIpFingerMinMaxMean::ClIpFingerMinMaxMean() : ClIpStageBase("IpFingerMinMaxMean")
 {
     DeclareInput("pInImage", pInImage, "Input image not assigned", ZRC_ERROR_BAD_POINTER);
+    DeclareScratch(m_Filtered);
 }
 
 void ClIpFingerMinMaxMean::SetDefaults()
@@ -30,6 +31,7 @@ ClProcessorBase* ClIpFingerMinMaxMean::NewInstance() const
 
 int32_t ClIpFingerMinMaxMean::Process()
 {
+    const ClScratchScope scratch(*this);
     // 1. Spread of the local minimum.
     MinFilter(*pInImage, m_Filtered, kFilterWidth);
     MinDeviation = Spread();

@@ -17,6 +17,7 @@ ClIpGelatineCheck::ClIpGelatineCheck() : ClIpStageBase("IpGelatineCheck")
     DeclareInput("pInImage", pInImage, "Input image not assigned", ZRC_ERROR_BAD_POINTER);
     DeclareInput("pInMask", pInMask, "Mask image not assigned", ZRC_ERROR_BAD_POINTER);
     DeclareResult(m_pdOutSteps, "Output pointer not assigned", ZRC_ERROR_BAD_POINTER);
+    DeclareScratch(m_Used);
 }
 
 void ClIpGelatineCheck::SetDefaults()
@@ -40,6 +41,7 @@ ClProcessorBase* ClIpGelatineCheck::NewInstance() const
 
 int32_t ClIpGelatineCheck::Process()
 {
+    const ClScratchScope scratch(*this);
     // 1. The image where the mask is set, 255 elsewhere. A mask of another
     // size is refused by the walk (-44) instead of being read beyond.
     m_Used.Create(ClImage::eUInt8, pInImage->Width(), pInImage->Height());

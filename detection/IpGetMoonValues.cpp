@@ -114,10 +114,12 @@ int32_t ClIpGetMoonValues::Process()
     const double dT2 = dSigma * std::sqrt(2.0 * std::log(8.0));
     CutDetailBands(coefficients, dT1, dT2);
 
-    // 9-10. Back to the image; the residual is what the cut removed.
-    ClImage denoised, residual;
-    denoised.Assign(coefficients);
+    // 9-10. Back to the image (the coefficients are not needed again, so
+    // they become the denoised image in place); the residual is what the
+    // cut removed.
+    ClImage& denoised = coefficients;
     wavelet.Transform(denoised, -kLevels);
+    ClImage residual;
     Subtract(equalised, denoised, residual);
 
     // 11-13.

@@ -101,7 +101,7 @@ int32_t ClIpNormalizeImagesFD::Process()
 
     // 5-6. The half spectrum of the image; its values stay as they are on
     // the way to double.
-    ClImage samples, spectrum, filtered;
+    ClImage samples, spectrum;
     ClIpConvertDataType convert;
     convert.EnableLog(IsLogEnabled());
     convert.m_bRound = false;
@@ -123,7 +123,9 @@ int32_t ClIpNormalizeImagesFD::Process()
         }
     }
 
-    // 8. Back, divided by the number of samples: F.
+    // 8. Back, divided by the number of samples: F, in the samples' image,
+    // whose values have served.
+    ClImage& filtered = samples;
     fourier.Run(&spectrum, &filtered);
     const PixelWalk::TpView<const double> F(filtered);
 

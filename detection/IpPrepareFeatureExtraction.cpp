@@ -24,6 +24,9 @@ ClIpPrepareFeatureExtraction::ClIpPrepareFeatureExtraction()
                  eUntyped);
     DeclareOutput("pOutImage", pOutImage, "invalid output image", ZRC_ERROR_INVALID_PARAMETER);
     DeclareOutput("pOutMask", pOutMask, "invalid output parameter", ZRC_ERROR_INVALID_PARAMETER);
+    DeclareScratch(m_Envelope);
+    DeclareScratch(m_Texture);
+    DeclareScratch(m_Smoothed);
 }
 
 void ClIpPrepareFeatureExtraction::SetDefaults()
@@ -40,6 +43,7 @@ ClProcessorBase* ClIpPrepareFeatureExtraction::NewInstance() const
 
 int32_t ClIpPrepareFeatureExtraction::Process()
 {
+    const ClScratchScope scratch(*this);
     ClImage& prepared = *pOutImage;
     ClImage& mask = *pOutMask;
 

@@ -22,6 +22,8 @@ ClIpRidgeEdgeCheck::ClIpRidgeEdgeCheck() : ClIpStageBase("IpRidgeEdgeCheck")
 {
     DeclareInput("pInImage", pInImage, "Input image not assigned", ZRC_ERROR_BAD_POINTER);
     DeclareResult(padOutFeatures, "Feature vector not assigned", ZRC_ERROR_BAD_POINTER);
+    DeclareScratch(m_GradientImage);
+    DeclareScratch(m_BlurredGradient);
 }
 
 void ClIpRidgeEdgeCheck::SetDefaults()
@@ -46,6 +48,7 @@ ClProcessorBase* ClIpRidgeEdgeCheck::NewInstance() const
 
 int32_t ClIpRidgeEdgeCheck::Process()
 {
+    const ClScratchScope scratch(*this);
     const PixelWalk::TpView<const uint8_t> I(*pInImage);
     const int32_t W = I.Width(), H = I.Height();
 

@@ -34,6 +34,9 @@ struct StSums
 ClIpRidgeStatistics::ClIpRidgeStatistics() : ClIpStageBase("IpRidgeStatistics")
 {
     DeclareInput("pInImage", pInImage, "Input image not assigned", ZRC_ERROR_BAD_POINTER);
+    DeclareScratch(m_Boxes[0]);
+    DeclareScratch(m_Boxes[1]);
+    DeclareScratch(m_Boxes[2]);
 }
 
 void ClIpRidgeStatistics::SetDefaults()
@@ -53,6 +56,7 @@ ClProcessorBase* ClIpRidgeStatistics::NewInstance() const
 
 int32_t ClIpRidgeStatistics::Process()
 {
+    const ClScratchScope scratch(*this);
     // 1. Box means at the widths 11, 3 and 5.
     for (int k = 0; k < 3; ++k)
         MeanFilter(*pInImage, m_Boxes[k], kWidths[k]);

@@ -73,6 +73,10 @@ ClIpSpectrumAnalysis::ClIpSpectrumAnalysis() : ClIpStageBase("IpSpectrumAnalysis
                  eUntyped);
     DeclareResult(m_pdOutSpectrum, "Output vector not assigned", ZRC_ERROR_BAD_POINTER);
     Tables();
+    DeclareScratch(m_CutImage);
+    DeclareScratch(m_MedianImage);
+    DeclareScratch(m_WindowedImage);
+    DeclareScratch(m_Spectrum);
 }
 
 void ClIpSpectrumAnalysis::SetDefaults()
@@ -108,6 +112,7 @@ void ClIpSpectrumAnalysis::CheckGeometry()
 
 int32_t ClIpSpectrumAnalysis::Process()
 {
+    const ClScratchScope scratch(*this);
     double* S = m_pdOutSpectrum;
     const int32_t W = pInImage->Width(), H = pInImage->Height();
 

@@ -13,12 +13,105 @@ namespace
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+// Pixel buffers released on a thread, kept for that thread's next image of
+// the same size. A capture makes and drops some hundred scratch images of a
+// few sizes; handed back to the allocator each time, their pages went back
+// to the system on a worker thread and had to be faulted in again on the
+// next capture, so two handles on two threads spent their time in the
+// kernel. The cache holds at most kMaxBuffers buffers and kMaxBytes per
+// thread, touches no other thread and changes no pixel. The sanitizer
+// builds go without it, so that every buffer is a fresh allocation there.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kMaxBuffers = 0;
+#else
+constexpr int kMaxBuffers = 48;
+#endif
+constexpr size_t kMaxBytes = size_t(8) << 20;
+
+class ClBufferCache
+{
+public:
+    ~ClBufferCache()
+    {
+        for (int i = 0; i < m_nCount; ++i)
+            delete[] m_Entries[i].pUnits;
+        s_bGone = true;
+    }
+    // A cached buffer of exactly nUnits, or null.
+    uint64_t* Take(size_t nUnits)
+    {
+        for (int i = m_nCount - 1; i >= 0; --i)
+            if (m_Entries[i].nUnits == nUnits)
+            {
+                uint64_t* pUnits = m_Entries[i].pUnits;
+                for (int k = i + 1; k < m_nCount; ++k)
+                    m_Entries[k - 1] = m_Entries[k];
+                --m_nCount;
+                m_nBytes -= nUnits * 8;
+                return pUnits;
+            }
+        return nullptr;
+    }
+    // Keeps the buffer; when the cache is full, the buffers released longest
+    // ago make room (they are the least likely to be asked for next).
+    bool Give(uint64_t* pUnits, size_t nUnits)
+    {
+        if (kMaxBuffers == 0 || nUnits * 8 > kMaxBytes)
+            return false;
+        while (m_nCount == kMaxBuffers || m_nBytes + nUnits * 8 > kMaxBytes)
+        {
+            delete[] m_Entries[0].pUnits;
+            m_nBytes -= m_Entries[0].nUnits * 8;
+            for (int i = 1; i < m_nCount; ++i)
+                m_Entries[i - 1] = m_Entries[i];
+            --m_nCount;
+        }
+        m_Entries[m_nCount++] = {pUnits, nUnits};
+        m_nBytes += nUnits * 8;
+        return true;
+    }
+    // The thread's cache, or null once the thread's exit destroyed it.
+    static ClBufferCache* OfThisThread()
+    {
+        if (s_bGone || kMaxBuffers == 0)
+            return nullptr;
+        static thread_local ClBufferCache cache;
+        return s_bGone ? nullptr : &cache;
+    }
+
+private:
+    struct StEntry
+    {
+        uint64_t* pUnits;
+        size_t nUnits;
+    };
+    StEntry m_Entries[kMaxBuffers > 0 ? kMaxBuffers : 1] = {};
+    int m_nCount = 0;
+    size_t m_nBytes = 0;
+    static thread_local bool s_bGone;
+};
+thread_local bool ClBufferCache::s_bGone = false;
+
 // The buffer is allocated in whole eight-byte units; this releases it as the
-// array it was allocated as.
+// array it was allocated as, or keeps it in the thread's cache.
 struct UnitArrayDeleter
 {
-    void operator()(uint8_t* p) const { delete[] reinterpret_cast<uint64_t*>(p); }
+    size_t nUnits;
+    void operator()(uint8_t* p) const
+    {
+        uint64_t* pUnits = reinterpret_cast<uint64_t*>(p);
+        ClBufferCache* pCache = ClBufferCache::OfThisThread();
+        if (pCache == nullptr || !pCache->Give(pUnits, nUnits))
+            delete[] pUnits;
+    }
 };
+
+uint64_t* AllocateUnits(size_t nUnits)
+{
+    ClBufferCache* pCache = ClBufferCache::OfThisThread();
+    uint64_t* pUnits = pCache != nullptr ? pCache->Take(nUnits) : nullptr;
+    return pUnits != nullptr ? pUnits : new (std::nothrow) uint64_t[nUnits];
+}
 
 } // namespace
 
@@ -92,13 +185,13 @@ void ClImage::Create(EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t 
     // exception instead of failing; the largest block is the largest request.
     const uint64_t nMaxUnits = static_cast<uint64_t>(std::numeric_limits<ptrdiff_t>::max()) / 8;
     const size_t nUnits = static_cast<size_t>(nUnits64 > nMaxUnits ? nMaxUnits : nUnits64);
-    uint64_t* pUnits = new (std::nothrow) uint64_t[nUnits];
+    uint64_t* pUnits = AllocateUnits(nUnits);
     if (pUnits == nullptr)
     {
         Clear();
         SENTIVO_THROW_BAD_ALLOC();
     }
-    m_Data.reset(reinterpret_cast<uint8_t*>(pUnits), UnitArrayDeleter());
+    m_Data.reset(reinterpret_cast<uint8_t*>(pUnits), UnitArrayDeleter{nUnits});
 }
 
 void ClImage::CreateAs(const ClImage& other, EDataType eType)

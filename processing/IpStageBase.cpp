@@ -60,6 +60,19 @@ void ClIpStageBase::DeclareResult(double*& pValues, const char* szMissing, int32
     Declare({nullptr, false, nullptr, &pValues, szMissing, nCode, eUntyped});
 }
 
+void ClIpStageBase::DeclareScratch(ClImage& image)
+{
+    if (m_nScratch == kMaxScratch)
+        STAGE_THROW("Too many scratch images", ZRC_ERROR_INTERNAL);
+    m_apScratch[m_nScratch++] = &image;
+}
+
+void ClIpStageBase::ReleaseScratch()
+{
+    for (int i = 0; i < m_nScratch; ++i)
+        m_apScratch[i]->Clear();
+}
+
 void ClIpStageBase::DefineParameters(ClParameterContainer& container)
 {
     ClIpProcessorBase::DefineParameters(container);

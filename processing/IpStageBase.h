@@ -62,6 +62,23 @@ protected:
     // Tests beyond presence and type, between the two (sizes, for example).
     virtual void CheckGeometry() {}
 
+    // A scratch image of the stage: its buffer goes back when the stage's
+    // work is done, so that stages that run one after another do not hold
+    // their scratch at once. Process opens a ClScratchScope for that.
+    void DeclareScratch(ClImage& image);
+    void ReleaseScratch();
+    class ClScratchScope
+    {
+    public:
+        explicit ClScratchScope(ClIpStageBase& stage) : m_Stage(stage) {}
+        ~ClScratchScope() { m_Stage.ReleaseScratch(); }
+        ClScratchScope(const ClScratchScope&) = delete;
+        ClScratchScope& operator=(const ClScratchScope&) = delete;
+
+    private:
+        ClIpStageBase& m_Stage;
+    };
+
     // Operators, each run into its output with this stage's log state.
     // In and out must be different objects unless the operator says
     // otherwise. Each returns the operator's result code.
@@ -94,12 +111,15 @@ private:
         ETypeCheck eCheck;
     };
     static constexpr int kMaxDeclared = 4;
+    static constexpr int kMaxScratch = 8;
 
     void Declare(const StDeclared& entry);
 
     const char* m_szSourceUnit;
     StDeclared m_Declared[kMaxDeclared] = {};
     int m_nDeclared = 0;
+    ClImage* m_apScratch[kMaxScratch] = {};
+    int m_nScratch = 0;
 };
 
 } // namespace NewIpBase
