@@ -119,17 +119,32 @@ int32_t ClIpRidgeEdgeCheck::Process()
     mean.EnableLog(IsLogEnabled());
     mean.Run(&m_GradientImage, &m_BlurredGradient, kNeighbourhood, eModeXY);
     const PixelWalk::TpView<const double> M(m_BlurredGradient);
-    uint32_t n = 0;
-    PixelWalk::ForEachPixel([&](double g, double m) { n += g > m; }, G, M);
-    TpArrayStatic<double> edgeValues(n);
+    // The count runs row by row in a 64-bit counter, which vectorises.
+    int64_t nAbove = 0;
+    for (int32_t y = 0; y < H; ++y)
+    {
+        const double* pG = G.Row(y);
+        const double* pM = M.Row(y);
+        for (int32_t x = 0; x < W; ++x)
+            nAbove += pG[x] > pM[x] ? 1 : 0;
+    }
+    const uint32_t n = static_cast<uint32_t>(nAbove);
+    // The points in raster order, collected without a branch on the data:
+    // every value is written, and the index moves on only for an edge point
+    // (one slot more than n takes the last write).
+    TpArrayStatic<double> edgeValues(n + 1);
+    double* pEdge = edgeValues.Data();
     uint32_t k = 0;
-    PixelWalk::ForEachPixel(
-        [&](double g, double m)
+    for (int32_t y = 0; y < H; ++y)
+    {
+        const double* pG = G.Row(y);
+        const double* pM = M.Row(y);
+        for (int32_t x = 0; x < W; ++x)
         {
-            if (g > m)
-                edgeValues[k++] = g;
-        },
-        G, M);
+            pEdge[k] = pG[x];
+            k += pG[x] > pM[x] ? 1 : 0;
+        }
+    }
 
     // 9-11. Mean, mean absolute deviation over n - 1, and the counts beyond
     // half and one deviation. With d of 0.0 a quotient is NaN (counted in
