@@ -70,8 +70,13 @@ void ClIpCheckHipass::StretchAndMarkContrast()
             const int32_t d = h - l;
             contrast = d > kContrastThreshold ? 255 : 0;
             // The window holds the pixel, so l <= v <= h and the result
-            // stays within 0 to 255.
-            stretched = d > 0 ? static_cast<uint8_t>((v - l) * 255 / d) : 0;
+            // stays within 0 to 255. The float quotient truncates to the same
+            // whole number: the numerator is exact in a float, and a quotient
+            // that is not whole lies at least 1 / d from the next one, more
+            // than half a float step there.
+            stretched = d > 0 ? static_cast<uint8_t>(static_cast<int32_t>(
+                                    static_cast<float>((v - l) * 255) / static_cast<float>(d)))
+                              : 0;
         },
         PixelWalk::View<const uint8_t>(*pInImage), PixelWalk::View<const uint8_t>(m_Low),
         PixelWalk::View<const uint8_t>(m_High), PixelWalk::View<uint8_t>(m_Stretched),
@@ -88,14 +93,15 @@ void ClIpCheckHipass::CollectDetail()
     PixelWalk::ForEachPixel(
         [&](uint8_t contrast, uint8_t a, uint8_t b)
         {
-            if (contrast != 255 || a >= kBrightLimit)
-                return;
-            const int64_t e = static_cast<int64_t>(a) - b;
-            ++N;
+            // Whole-number sums: a pixel that does not take part adds 0, so
+            // the loop needs no branch on the image.
+            const int64_t t = contrast == 255 && a < kBrightLimit ? 1 : 0;
+            const int64_t e = t * (static_cast<int64_t>(a) - b);
+            N += t;
             Se += e;
             See += e * e;
-            Sa += a;
-            Sb += a;
+            Sa += t * a;
+            Sb += t * a;
         },
         PixelWalk::View<const uint8_t>(m_Contrast), PixelWalk::View<const uint8_t>(m_Stretched),
         PixelWalk::View<const uint8_t>(m_Smoothed));

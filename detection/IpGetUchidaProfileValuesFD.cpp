@@ -30,25 +30,29 @@ struct StBlockRecord
 StBlockRecord FindExtremes(const TpView<const uint8_t>& image, const TpView<uint8_t>& mask,
                            int32_t x0, int32_t y0, int32_t b)
 {
-    StBlockRecord record{{0, 0, 256}, {0, 0, -1}};
+    // Two separate tests: the first counted pixel sets both; on equal values
+    // the first pixel stays. Written as selections, since which pixel wins
+    // is as good as random to the processor's branch prediction.
+    int32_t nMax = -1, nMaxX = 0, nMaxY = 0, nMin = 256, nMinX = 0, nMinY = 0;
     for (int32_t y = y0; y < y0 + b; ++y)
     {
         const uint8_t* pImage = image.Row(y);
         const uint8_t* pMask = mask.Row(y);
         for (int32_t x = x0; x < x0 + b; ++x)
         {
-            if (pMask[x] == 0)
-                continue;
-            // Two separate tests: the first counted pixel sets both; on equal
-            // values the first pixel stays.
             const int32_t g = pImage[x];
-            if (g > record.Maximum.nValue)
-                record.Maximum = {x, y, g};
-            if (g < record.Minimum.nValue)
-                record.Minimum = {x, y, g};
+            const bool bCounted = pMask[x] != 0;
+            const bool bMax = bCounted && g > nMax;
+            const bool bMin = bCounted && g < nMin;
+            nMax = bMax ? g : nMax;
+            nMaxX = bMax ? x : nMaxX;
+            nMaxY = bMax ? y : nMaxY;
+            nMin = bMin ? g : nMin;
+            nMinX = bMin ? x : nMinX;
+            nMinY = bMin ? y : nMinY;
         }
     }
-    return record;
+    return {{nMinX, nMinY, nMin}, {nMaxX, nMaxY, nMax}};
 }
 
 // One side of a triangle, walked a row at a time: corner indices, x and

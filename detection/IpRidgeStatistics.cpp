@@ -67,13 +67,14 @@ int32_t ClIpRidgeStatistics::Process()
     PixelWalk::ForEachPixel(
         [&](uint8_t i, uint8_t a, uint8_t b, uint8_t c)
         {
-            if (a - i <= kRidgeDepth)
-                return;
-            ++N;
-            image.Add(i);
-            boxes[0].Add(a);
-            boxes[1].Add(b);
-            boxes[2].Add(c);
+            // Whole-number sums: a pixel that is no ridge pixel adds 0, so
+            // the loop needs no branch on the image.
+            const int64_t r = a - i > kRidgeDepth ? 1 : 0;
+            N += r;
+            image.Add(r * i);
+            boxes[0].Add(r * a);
+            boxes[1].Add(r * b);
+            boxes[2].Add(r * c);
         },
         PixelWalk::View<const uint8_t>(*pInImage), PixelWalk::View<const uint8_t>(m_Boxes[0]),
         PixelWalk::View<const uint8_t>(m_Boxes[1]), PixelWalk::View<const uint8_t>(m_Boxes[2]));

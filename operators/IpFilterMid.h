@@ -95,6 +95,30 @@ void Slide(const V* pSrc, ptrdiff_t nSrcStep, T* pDst, ptrdiff_t nDstStep, int64
 // lies at least 1 / count > 2^-16 below the next integer. Rounding to
 // nearest thus neither reaches the next integer nor falls below the
 // integer part, and truncation yields the integer quotient.
+// pSums[x] = pValues[0] + ... + pValues[x], as four interleaved chains of
+// additions over the quarters of the row, then the quarters' offsets.
+template <typename C> inline void RunningSums(const C* pValues, uint32_t* pSums, int64_t n)
+{
+    const int64_t q = n / 4;
+    uint32_t r0 = 0, r1 = 0, r2 = 0, r3 = 0;
+    for (int64_t i = 0; i < q; ++i)
+    {
+        pSums[i] = r0 += pValues[i];
+        pSums[q + i] = r1 += pValues[q + i];
+        pSums[2 * q + i] = r2 += pValues[2 * q + i];
+        pSums[3 * q + i] = r3 += pValues[3 * q + i];
+    }
+    for (int64_t i = 4 * q; i < n; ++i)
+        pSums[i] = r3 += pValues[i];
+    const uint32_t anOffsets[3] = {r0, r0 + r1, r0 + r1 + r2};
+    for (int k = 1; k < 4; ++k)
+    {
+        const int64_t nEnd = k < 3 ? (k + 1) * q : n;
+        for (int64_t i = k * q; i < nEnd; ++i)
+            pSums[i] += anOffsets[k - 1];
+    }
+}
+
 template <typename C>
 void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint32_t nBias)
 {
@@ -139,20 +163,12 @@ void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint3
             for (int64_t x = 0; x < W; ++x)
                 pColumns[x] = static_cast<C>(pColumns[x] - pLeave[x]);
 
-        // The running sum is serial; four columns a step keep the loop's own
-        // instructions from outnumbering the additions.
-        uint32_t nRunning = 0;
+        // The running sum is a chain of dependent additions. The row runs as
+        // four quarters at once, each its own chain, and the quarters then
+        // get the totals of those before them (whole numbers: the same sums).
         uint32_t* pRunning = pPrefix + hx + 1;
-        int64_t x = 0;
-        for (; x + 4 <= W; x += 4)
-        {
-            pRunning[x] = nRunning += pColumns[x];
-            pRunning[x + 1] = nRunning += pColumns[x + 1];
-            pRunning[x + 2] = nRunning += pColumns[x + 2];
-            pRunning[x + 3] = nRunning += pColumns[x + 3];
-        }
-        for (; x < W; ++x)
-            pRunning[x] = nRunning += pColumns[x];
+        RunningSums(pColumns, pRunning, W);
+        const uint32_t nRunning = W > 0 ? pRunning[W - 1] : 0;
         for (int64_t k = W + hx + 1; k < W + nBoxWidth; ++k)
             pPrefix[k] = nRunning;
 
@@ -160,7 +176,7 @@ void BoxMean8Sums(const ClImage& in, ClImage& out, int64_t hx, int64_t hy, uint3
         const int64_t nRows = std::min(H - 1, y + hy) - std::max<int64_t>(0, y - hy) + 1;
         const float fRows = static_cast<float>(nRows);
         uint8_t* pDst = out.Row<uint8_t>(static_cast<int32_t>(y));
-        for (x = 0; x < W; ++x)
+        for (int64_t x = 0; x < W; ++x)
         {
             const uint32_t nSum = pPrefix[x + nBoxWidth] - pPrefix[x] + nBias;
             const float fQuotient =
