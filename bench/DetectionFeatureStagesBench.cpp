@@ -15,35 +15,19 @@ namespace
 
 using BenchCaptures::PreparedPrint;
 
-void BM_FingerMinMaxMean(benchmark::State& state)
+// The stages that read one image and keep their results as members.
+template <class Stage>
+void RunOnPreparedImage(benchmark::State& state)
 {
     ClImage image = PreparedPrint().image;
-    ClIpFingerMinMaxMean stage;
+    Stage stage;
     stage.pInImage = &image;
     for (auto _ : state)
         benchmark::DoNotOptimize(stage.Run());
 }
-BENCHMARK(BM_FingerMinMaxMean)->Unit(benchmark::kMicrosecond);
-
-void BM_CheckHipass(benchmark::State& state)
-{
-    ClImage image = PreparedPrint().image;
-    ClIpCheckHipass stage;
-    stage.pInImage = &image;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(stage.Run());
-}
-BENCHMARK(BM_CheckHipass)->Unit(benchmark::kMicrosecond);
-
-void BM_RidgeStatistics(benchmark::State& state)
-{
-    ClImage image = PreparedPrint().image;
-    ClIpRidgeStatistics stage;
-    stage.pInImage = &image;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(stage.Run());
-}
-BENCHMARK(BM_RidgeStatistics)->Unit(benchmark::kMicrosecond);
+BENCHMARK(RunOnPreparedImage<ClIpFingerMinMaxMean>)->Name("BM_FingerMinMaxMean")->Unit(benchmark::kMicrosecond);
+BENCHMARK(RunOnPreparedImage<ClIpCheckHipass>)->Name("BM_CheckHipass")->Unit(benchmark::kMicrosecond);
+BENCHMARK(RunOnPreparedImage<ClIpRidgeStatistics>)->Name("BM_RidgeStatistics")->Unit(benchmark::kMicrosecond);
 
 void BM_GelatineCheck(benchmark::State& state)
 {
