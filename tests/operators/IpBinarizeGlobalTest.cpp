@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "image/ImageTestSupport.h"
 #include "operators/IpBinarizeGlobal.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
 
-TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
+TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsLimitsAndTheStatusText)
 {
     using Row = std::vector<double>;
     // All parameters NaN: threshold 127.5, black 0 and white 255, in place.
@@ -33,6 +32,14 @@ TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsAndTheStatusText)
     op.m_dWhite = 9.7;
     ASSERT_EQ(op.Run(&image, &image, 10.2), 0);
     EXPECT_EQ(RowOf(image), (Row{3, 9, 3, 9}));
+
+    // Thresholds and colours outside the range are refused.
+    image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73);
+    ClIpBinarizeGlobal fresh;
+    EXPECT_EQ(fresh.Run(&image, &image, 255), 0);
+    EXPECT_EQ(fresh.Run(&image, &image, 255.5), ZRC_ERROR_PARAM_OUT_OF_RANGE);
+    fresh.m_dWhite = 256;
+    EXPECT_EQ(fresh.Run(&image, &image, 100), ZRC_ERROR_PARAM_OUT_OF_RANGE);
 }
 
 TEST(IpBinarizeGlobal, EveryTypeAndPlaneMatchesAPlainComparison)
@@ -50,16 +57,6 @@ TEST(IpBinarizeGlobal, EveryTypeAndPlaneMatchesAPlainComparison)
                                                   : s >= (a + b) / 2;
                           return SampleFromDouble<T>(bWhite ? b : a);
                       });
-}
-
-TEST(IpBinarizeGlobal, ThresholdsAndColoursOutsideTheRangeAreRefused)
-{
-    ClImage image = RandomImage(ClImage::eUInt8, 3, 3, 1, 73), out;
-    ClIpBinarizeGlobal op;
-    EXPECT_EQ(op.Run(&image, &out, 255), 0);
-    EXPECT_EQ(op.Run(&image, &out, 255.5), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-    op.m_dWhite = 256;
-    EXPECT_EQ(op.Run(&image, &out, 100), ZRC_ERROR_PARAM_OUT_OF_RANGE);
 }
 
 TEST(IpBinarizeGlobal, EightBitThresholdsAcrossTheRangeMatchAPlainComparison)

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "operators/IpConvertDataType.h"
-#include "parameters/ParameterContainer.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -65,13 +64,4 @@ TEST(IpConvertDataType, EveryTypePairWithAndWithoutRounding)
                                      }),
                           0);
             }
-}
-
-TEST(IpConvertDataType, TheTypeIsFoundByName)
-{
-    ClIpConvertDataType convert;
-    ClParameterContainer tree;
-    convert.DefineParameters(tree);
-    tree.FindChild("OutImageType")->SetText("signed short");
-    EXPECT_EQ(convert.m_eOutImageType, ClImage::eInt16);
 }

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "image/ImageTestSupport.h"
 #include "operators/IpFourier2.h"
 #include "support/OperatorTestImages.h"
 
@@ -13,32 +12,23 @@ using Fourier::ClIpFourier2;
 namespace
 {
 
-const double kPi = 3.14159265358979323846;
-
 // Element (v, u) of the transform written out: the sum over all pixels of
 // f(y, x) exp(-2πi (v y / h + u x / w)).
 std::complex<double> NaiveDft(const ClImage& image, int32_t v, int32_t u)
 {
+    const double kPi = 3.14159265358979323846;
     const int32_t w = image.Width(), h = image.Height();
     std::complex<double> sum = 0.0;
     for (int32_t y = 0; y < h; ++y)
         for (int32_t x = 0; x < w; ++x)
-        {
-            const double dAngle =
-                -2.0 * kPi * (static_cast<double>(v) * y / h + static_cast<double>(u) * x / w);
-            sum += At<double>(image, x, y) * std::polar(1.0, dAngle);
-        }
+            sum += At<double>(image, x, y) *
+                   std::polar(1.0, -2.0 * kPi * (double(v) * y / h + double(u) * x / w));
     return sum;
-}
-
-std::complex<double> SpectrumAt(const ClImage& spectrum, int32_t v, int32_t u)
-{
-    return {At<double>(spectrum, u, v, 0), At<double>(spectrum, u, v, 1)};
 }
 
 // The largest difference between a one-plane image and dFactor times a
 // reference of the same size.
-double MaxDifference(const ClImage& image, const ClImage& reference, double dFactor = 1.0)
+double MaxDifference(const ClImage& image, const ClImage& reference, double dFactor)
 {
     double dMax = 0.0;
     for (int32_t y = 0; y < image.Height(); ++y)
@@ -53,13 +43,14 @@ double MaxDifference(const ClImage& image, const ClImage& reference, double dFac
 TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
 {
     // Width w gives a spectrum w / 2 + 1 wide whose origin word keeps the
-    // parity; every element of small spectra is checked, a sample of a capture's.
+    // parity; every element of small spectra is checked, a sample of a
+    // capture's. One object serves both directions.
     const std::pair<int32_t, int32_t> sizes[] = {{1, 1}, {5, 1}, {1, 4}, {4, 3}, {5, 3},
                                                  {5, 5}, {6, 4}, {7, 3}, {2, 9}, {320, 480}};
     for (const auto& [w, h] : sizes)
     {
         SCOPED_TRACE(std::to_string(w) + " x " + std::to_string(h));
-        ClImage source = RandomImage(ClImage::eDouble64, w, h, 1, 131, 100.0);
+        const ClImage source = RandomImage(ClImage::eDouble64, w, h, 1, 131, 100.0);
         ClImage in(source), spectrum, back;
         ClIpFourier2 fourier;
         ASSERT_EQ(fourier.Run(&in, &spectrum), 0);
@@ -69,30 +60,21 @@ TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
         const int32_t nStep = w * h > 100 ? 53 : 1;
         for (int32_t v = 0; v < h; v += nStep)
             for (int32_t u = 0; u <= w / 2; u += nStep)
-                EXPECT_NEAR(std::abs(SpectrumAt(spectrum, v, u) - NaiveDft(source, v, u)), 0.0,
-                            1e-7)
-                    << v << "," << u;
+            {
+                const std::complex<double> z{At<double>(spectrum, u, v, 0),
+                                             At<double>(spectrum, u, v, 1)};
+                EXPECT_NEAR(std::abs(z - NaiveDft(source, v, u)), 0.0, 1e-7) << v << "," << u;
+            }
 
         ASSERT_EQ(fourier.Run(&spectrum, &back), 0);
         ASSERT_TRUE(back.Width() == w && back.Height() == h && back.Planes() == 1);
-        EXPECT_LE(MaxDifference(back, source), 1e-9);
+        EXPECT_LE(MaxDifference(back, source, 1.0), 1e-9);
+        // In place both ways; unscaled, the inverse gives w × h times the image.
+        back.Assign(source);
+        fourier.m_bScaleNorm = false;
+        ASSERT_EQ(fourier.Run(&back), 0);
+        ASSERT_EQ(fourier.Run(&back), 0);
+        ASSERT_TRUE(back.Width() == w && back.Height() == h && back.Planes() == 1);
+        EXPECT_LE(MaxDifference(back, source, w * h), 1e-9 * w * h);
     }
-}
-
-TEST(IpFourier2, ScalingAndOneObjectForBothRoles)
-{
-    // Forward and back in one object; unscaled, a constant a comes back as
-    // a × w × h.
-    ClImage constant, image;
-    constant.Create(ClImage::eDouble64, 7, 6);
-    constant.Fill(1.5);
-    image.Assign(constant);
-    ClIpFourier2 fourier;
-    ASSERT_EQ(fourier.Run(&image), 0);
-    ASSERT_TRUE(image.Width() == 4 && image.Planes() == 2);
-    EXPECT_NEAR(SpectrumAt(image, 0, 0).real(), 1.5 * 42, 1e-12);
-    fourier.m_bScaleNorm = false;
-    ASSERT_EQ(fourier.Run(&image), 0);
-    ASSERT_TRUE(image.Width() == 7 && image.Planes() == 1);
-    EXPECT_LE(MaxDifference(image, constant, 42.0), 1e-12);
 }

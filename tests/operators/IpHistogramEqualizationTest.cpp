@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "image/ImageTestSupport.h"
 #include "operators/IpHistogramEqualization.h"
 #include "support/SampleReference.h"
 

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "operators/IpSubtract.h"
@@ -52,101 +54,16 @@ int WrongDifferences(const ClImage& first, const ClImage& second, const ClImage&
     return SelectDataType(second.DataType(), count);
 }
 
-} // namespace
-
-TEST(IpSubtract, RangeTypesOnBytes)
+// Runs a subtraction of the range type with the user's range lo..hi.
+int32_t Subtract(int32_t nRange, double dLo, double dHi, ClImage first, ClImage second,
+                 ClImage& out, ClImage::EDataType eOut)
 {
-    ClImage first = OneRow(ClImage::eUInt8, {10, 200, 20, 255, 0});
-    ClImage second = OneRow(ClImage::eUInt8, {20, 20, 20, 0, 255}), out;
-
-    // Type 0 clamps to the output's range; type 2 to the user's, which it
-    // writes to the output's bounds; type 1 to first's range less second's,
-    // whose floor -255 wraps to 1 as a byte, so that 0 comes out as 1.
-    const struct
-    {
-        ClIpSubtract::EDataRangeType eRange;
-        ClImage::EDataType eOut;
-        double dLower, dUpper;
-        std::vector<double> expected;
-    } cases[] = {
-        {ClIpSubtract::eDataDependent, ClImage::eUInt8, 0, 255, {0, 180, 0, 255, 0}},
-        {ClIpSubtract::eUserDependent, ClImage::eUInt8, 5, 100, {5, 100, 5, 100, 5}},
-        {ClIpSubtract::eInputDependent, ClImage::eUInt8, 0, 255, {1, 180, 1, 255, 1}},
-        {ClIpSubtract::eDataDependent, ClImage::eInt16, -32768, 32767, {-10, 180, 0, 255, -255}},
-    };
-    for (const auto& c : cases)
-    {
-        SCOPED_TRACE(c.eRange);
-        ClIpSubtract subtract;
-        subtract.m_eRangeType = c.eRange;
-        subtract.m_dLowerBound = 5;
-        subtract.m_dUpperBound = 100;
-        ASSERT_EQ(subtract.Run(&first, &second, &out, c.eOut), 0);
-        EXPECT_EQ(RowOf(out), c.expected);
-        EXPECT_EQ(out.LowerBound(), c.dLower);
-        EXPECT_EQ(out.UpperBound(), c.dUpper);
-    }
+    ClIpSubtract subtract;
+    subtract.m_eRangeType = static_cast<ClIpSubtract::EDataRangeType>(nRange);
+    subtract.m_dLowerBound = dLo;
+    subtract.m_dUpperBound = dHi;
+    return subtract.Run(&first, &second, &out, eOut);
 }
-
-TEST(IpSubtract, EveryTypeTripleRangeTypeAndPlanePairMatchesTheDefinition)
-{
-    // Range types 0, 1 and 2; one and three planes against a one-plane second.
-    for (int32_t nRange = 0; nRange < 3; ++nRange)
-        for (uint32_t nPlanes1 : {1u, 3u})
-            for (ClImage::EDataType e1 : AllTypes())
-                for (ClImage::EDataType e2 : AllTypes())
-                    for (ClImage::EDataType eOut : AllTypes())
-                    {
-                        const ClImage first = RandomImage(e1, 7, 5, nPlanes1, 101);
-                        const ClImage second = RandomImage(e2, 7, 5, 1, 102);
-                        ClImage in1(first), in2(second), out;
-                        ClIpSubtract subtract;
-                        subtract.m_eRangeType = static_cast<ClIpSubtract::EDataRangeType>(nRange);
-                        subtract.m_dLowerBound = -90.5;
-                        subtract.m_dUpperBound = 200.0;
-                        ASSERT_EQ(subtract.Run(&in1, &in2, &out, eOut), 0);
-                        ASSERT_EQ(out.Planes(), nPlanes1);
-                        // Type 0: the output's bounds (the type's), type 1:
-                        // first's range less second's, type 2: the user's.
-                        const double a = out.LowerBound(), b = out.UpperBound();
-                        const double lo[] = {std::min(a, b),
-                                             first.LowerBound() - second.UpperBound(), -90.5};
-                        const double hi[] = {std::max(a, b),
-                                             first.UpperBound() - second.LowerBound(), 200.0};
-                        EXPECT_EQ(WrongDifferences(first, second, out, lo[nRange], hi[nRange]), 0)
-                            << nRange << " " << nPlanes1 << " " << ClImage::TypeText(e1) << " "
-                            << ClImage::TypeText(e2) << " " << ClImage::TypeText(eOut);
-                    }
-}
-
-TEST(IpSubtract, OverlapsAbove90000BytePairsTakeTheTableWhichAgreesWithTheLoop)
-{
-    // 300 × 300 byte pairs, exactly the break-even, take the loop; a capture
-    // of 320 × 480 the table. The user's range shows the path: only the loop
-    // clamps to it and writes it to the output's bounds, the table behaves as
-    // range type 0 and gives what the loop would.
-    const ClImage first = RandomImage(ClImage::eUInt8, 320, 480, 1, 103);
-    const ClImage second = RandomImage(ClImage::eUInt8, 320, 480, 1, 104);
-    ClImage small1 = RandomImage(ClImage::eUInt8, 300, 300, 1, 105), small2(small1);
-    for (ClImage::EDataType eOut : AllTypes())
-    {
-        SCOPED_TRACE(ClImage::TypeText(eOut));
-        ClImage in1(first), in2(second), out;
-        ClIpSubtract user;
-        user.m_eRangeType = ClIpSubtract::eUserDependent;
-        user.m_dLowerBound = 5;
-        user.m_dUpperBound = 100;
-        ASSERT_EQ(user.Run(&in1, &in2, &out, eOut), 0);
-        const double a = out.LowerBound(), b = out.UpperBound();
-        EXPECT_NE(b, 100.0);
-        EXPECT_EQ(WrongDifferences(first, second, out, std::min(a, b), std::max(a, b)), 0);
-        ASSERT_EQ(user.Run(&small1, &small2, &out, eOut), 0);
-        EXPECT_EQ(out.UpperBound(), 100.0);
-    }
-}
-
-namespace
-{
 
 // The table path as defined, applied pair by pair: entry (a − first lower) ×
 // 256 + (b − second lower), for a and b stepping through the inputs' bounds
@@ -188,52 +105,107 @@ int WrongTableEntries(const ClImage& first, const ClImage& second, const ClImage
 
 } // namespace
 
-TEST(IpSubtract, TheTablePathGivesItsTableEntryForEveryPairAndBounds)
+TEST(IpSubtract, RangeTypesOnBytes)
 {
-    // 301 × 300 byte pairs, beyond the break-even, with bytes 0 and 255
+    ClImage first = OneRow(ClImage::eUInt8, {10, 200, 20, 255, 0});
+    ClImage second = OneRow(ClImage::eUInt8, {20, 20, 20, 0, 255}), out;
+
+    // Type 0 clamps to the output's range; type 2 to the user's, which it
+    // writes to the output's bounds; type 1 to first's range less second's,
+    // whose floor -255 wraps to 1 as a byte, so that 0 comes out as 1.
+    using Row = std::vector<double>;
+    const std::tuple<int32_t, ClImage::EDataType, double, double, Row> cases[] = {
+        {0, ClImage::eUInt8, 0, 255, {0, 180, 0, 255, 0}},
+        {2, ClImage::eUInt8, 5, 100, {5, 100, 5, 100, 5}},
+        {1, ClImage::eUInt8, 0, 255, {1, 180, 1, 255, 1}},
+        {0, ClImage::eInt16, -32768, 32767, {-10, 180, 0, 255, -255}}};
+    for (const auto& [nRange, eOut, dLower, dUpper, expected] : cases)
+    {
+        ASSERT_EQ(Subtract(nRange, 5, 100, first, second, out, eOut), 0);
+        EXPECT_EQ(RowOf(out), expected) << nRange;
+        EXPECT_TRUE(out.LowerBound() == dLower && out.UpperBound() == dUpper) << nRange;
+    }
+}
+
+TEST(IpSubtract, EveryTypeTripleRangeTypeAndPlanePairMatchesTheDefinition)
+{
+    // Range types 0, 1 and 2; one and three planes against a one-plane second.
+    for (int32_t nRange = 0; nRange < 3; ++nRange)
+        for (uint32_t nPlanes1 : {1u, 3u})
+            for (ClImage::EDataType e1 : AllTypes())
+                for (ClImage::EDataType e2 : AllTypes())
+                    for (ClImage::EDataType eOut : AllTypes())
+                    {
+                        const ClImage first = RandomImage(e1, 7, 5, nPlanes1, 101);
+                        const ClImage second = RandomImage(e2, 7, 5, 1, 102);
+                        ClImage out;
+                        ASSERT_EQ(Subtract(nRange, -90.5, 200.0, first, second, out, eOut), 0);
+                        ASSERT_EQ(out.Planes(), nPlanes1);
+                        // Type 0: the output's bounds (the type's), type 1:
+                        // first's range less second's, type 2: the user's.
+                        const double a = out.LowerBound(), b = out.UpperBound();
+                        const double lo[] = {std::min(a, b),
+                                             first.LowerBound() - second.UpperBound(), -90.5};
+                        const double hi[] = {std::max(a, b),
+                                             first.UpperBound() - second.LowerBound(), 200.0};
+                        EXPECT_EQ(WrongDifferences(first, second, out, lo[nRange], hi[nRange]), 0)
+                            << nRange << " " << nPlanes1 << " " << ClImage::TypeText(e1) << " "
+                            << ClImage::TypeText(e2) << " " << ClImage::TypeText(eOut);
+                    }
+}
+
+TEST(IpSubtract, AboveTheBreakEvenTheTableGivesItsEntryForEveryPair)
+{
+    // 301 x 300 byte pairs, just beyond the break-even, with bytes 0 and 255
     // frequent: every output type; inputs whose bounds span the bytes (the
-    // capture's case) and whose bounds do not; a signed first.
+    // capture's case) and whose bounds do not; a signed first. The table
+    // clamps to the output's bounds whatever the range type.
     ClImage first = RandomImage(ClImage::eUInt8, 301, 300, 1, 120);
     ClImage second = RandomImage(ClImage::eUInt8, 301, 300, 1, 121);
     for (int32_t i = 0; i < 301 * 300; i += 7)
         first.Row<uint8_t>(i / 301)[i % 301] = 255,
                                         second.Row<uint8_t>((i + 3) / 301)[(i + 3) % 301] = 0;
-    const struct
-    {
-        ClImage::EDataType eFirst;
-        double dLower1, dUpper1, dLower2, dUpper2;
-    } cases[] = {{ClImage::eUInt8, 0, 255, 0, 255},    {ClImage::eUInt8, 0, 300, 0, 1000},
-                 {ClImage::eUInt8, 10, 255, 0, 255},   {ClImage::eUInt8, 0, 255, 0, 100},
-                 {ClImage::eUInt8, 0.5, 255, -3, 255}, {ClImage::eInt8, -128, 127, 0, 255},
-                 {ClImage::eInt8, 0, 255, 0, 255}};
-    for (const auto& c : cases)
+    const std::tuple<ClImage::EDataType, double, double, double, double> cases[] = {
+        {ClImage::eUInt8, 0, 255, 0, 255},   {ClImage::eUInt8, 0, 300, 0, 1000},
+        {ClImage::eUInt8, 10, 255, 0, 255},  {ClImage::eUInt8, 0, 255, 0, 100},
+        {ClImage::eUInt8, 0.5, 255, -3, 255}, {ClImage::eInt8, -128, 127, 0, 255},
+        {ClImage::eInt8, 0, 255, 0, 255}};
+    for (const auto& [eFirst, dLower1, dUpper1, dLower2, dUpper2] : cases)
         for (ClImage::EDataType eOut : AllTypes())
-        {
-            SCOPED_TRACE(testing::Message() << ClImage::TypeText(c.eFirst) << " " << c.dLower1
-                                            << ".." << c.dUpper1 << " " << c.dLower2 << ".."
-                                            << c.dUpper2 << " " << ClImage::TypeText(eOut));
-            ClImage in1, in2(second), out;
-            in1.Create(c.eFirst, 301, 300);
-            std::memcpy(in1.Data(), first.Data(), static_cast<size_t>(first.ByteSize()));
-            in1.SetBounds(c.dLower1, c.dUpper1);
-            in2.SetBounds(c.dLower2, c.dUpper2);
-            ClIpSubtract subtract;
-            ASSERT_EQ(subtract.Run(&in1, &in2, &out, eOut), 0);
-            EXPECT_EQ(WrongTableEntries(in1, in2, out), 0);
-        }
+            for (int32_t nRange = 0; nRange < 3; ++nRange)
+            {
+                SCOPED_TRACE(testing::Message() << ClImage::TypeText(eFirst) << " " << dLower1
+                                                << ".." << dUpper1 << " " << dLower2 << ".."
+                                                << dUpper2 << " " << ClImage::TypeText(eOut)
+                                                << " range " << nRange);
+                ClImage in1, in2(second), out;
+                in1.Create(eFirst, 301, 300);
+                std::memcpy(in1.Data(), first.Data(), static_cast<size_t>(first.ByteSize()));
+                in1.SetBounds(dLower1, dUpper1);
+                in2.SetBounds(dLower2, dUpper2);
+                ASSERT_EQ(Subtract(nRange, 5, 100, in1, in2, out, eOut), 0);
+                EXPECT_EQ(WrongTableEntries(in1, in2, out), 0);
+                EXPECT_NE(out.UpperBound(), 100.0);
+            }
+
+    // Exactly the break-even, 300 x 300, takes the loop, which writes the
+    // user's range to the output's bounds.
+    const ClImage small = RandomImage(ClImage::eUInt8, 300, 300, 1, 105);
+    ClImage out;
+    ASSERT_EQ(Subtract(2, 5, 100, small, small, out, ClImage::eUInt8), 0);
+    EXPECT_EQ(out.UpperBound(), 100.0);
 
     // An 8-bit output with bounds of its own, reached by a direct Dispatch:
     // clamped to 20..200 rather than floored at 0.
     for (auto [dLower, dUpper] : {std::pair{20.0, 200.0}, {255.0, 0.0}, {-5.0, 300.0}})
     {
-        ClImage out;
         out.Create(ClImage::eUInt8, 301, 300);
         out.SetBounds(dLower, dUpper);
         const int64_t nPitch = first.RowPitch();
-        ClIpSubtract subtract;
+        ClIpSubtract user;
+        user.m_eRangeType = ClIpSubtract::eUserDependent;
         ASSERT_EQ(
-            subtract.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0, nPitch),
-            0);
+            user.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0, nPitch), 0);
         EXPECT_EQ(WrongTableEntries(first, second, out), 0) << dLower << " " << dUpper;
     }
 }
