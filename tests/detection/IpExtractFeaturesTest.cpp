@@ -29,13 +29,10 @@ ClImage FinalMaskOf(const std::function<bool(int32_t, int32_t)>& inside)
     return mask;
 }
 
-int64_t Count(const ClImage& mask, const std::function<bool(int32_t, int32_t)>& where)
+// The pixels of 255 in a mask where where(x, y) holds.
+int64_t CountIn(const ClImage& mask, const std::function<bool(int32_t, int32_t)>& where)
 {
-    int64_t n = 0;
-    for (int32_t y = 0; y < mask.Height(); ++y)
-        for (int32_t x = 0; x < mask.Width(); ++x)
-            n += where(x, y) && mask.Row<uint8_t>(y)[x] == 255;
-    return n;
+    return Count(mask, [&](int32_t x, int32_t y, int v) { return v == 255 && where(x, y); });
 }
 
 } // namespace
@@ -54,8 +51,8 @@ TEST(IpExtractFeatures, AnEmptyAreaHasTheMiddleGreyAndNoSpreadOrEntropy)
 TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder1000Pixels)
 {
     // No piece at all: an empty mask.
-    EXPECT_EQ(Count(FinalMaskOf([](int32_t, int32_t) { return false; }),
-                    [](int32_t, int32_t) { return true; }),
+    EXPECT_EQ(CountIn(FinalMaskOf([](int32_t, int32_t) { return false; }),
+                      [](int32_t, int32_t) { return true; }),
               0);
     // Two equal pieces: the one whose first pixel comes first in raster
     // order (rows as stored) stays, eroded by 7 on each side.
@@ -65,8 +62,8 @@ TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder100
             return (x >= 20 && x < 140 && y >= 30 && y < 200) ||
                    (x >= 180 && x < 300 && y >= 40 && y < 210);
         });
-    EXPECT_EQ(Count(two, [](int32_t x, int32_t) { return x >= 180; }), 0);
-    EXPECT_EQ(Count(two, [](int32_t x, int32_t) { return x < 140; }), (120 - 14) * (170 - 14));
+    EXPECT_EQ(CountIn(two, [](int32_t x, int32_t) { return x >= 180; }), 0);
+    EXPECT_EQ(CountIn(two, [](int32_t x, int32_t) { return x < 140; }), (120 - 14) * (170 - 14));
     // The erosion widens a hole by 7 pixels on each side: 11 x 26 becomes
     // 25 x 40 = 1000 pixels and stays, 13 x 23 becomes 27 x 37 = 999 and is
     // filled.
@@ -76,8 +73,8 @@ TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder100
                            { return !(x >= 100 && x < 100 + w && y >= 200 && y < 200 + h); });
     };
     auto inHole = [](int32_t x, int32_t y) { return x >= 93 && x < 150 && y >= 193 && y < 250; };
-    EXPECT_EQ(Count(withHole(13, 23), inHole), 57 * 57);
-    EXPECT_EQ(Count(withHole(11, 26), inHole), 57 * 57 - 1000);
+    EXPECT_EQ(CountIn(withHole(13, 23), inHole), 57 * 57);
+    EXPECT_EQ(CountIn(withHole(11, 26), inHole), 57 * 57 - 1000);
 }
 
 TEST(IpExtractFeatures, RefusesMissingImagesInOrderAndAFastMaskOfAnotherSize)

@@ -27,9 +27,8 @@ double MoonValue(ClImage& image)
 TEST(IpGetMoonValues, RefusesMissingImageThenSizeThenTypeBeforeAnyWork)
 {
     ClImage narrow = TestImages::Filled(318, 480, 90), low = TestImages::Filled(320, 478, 90),
-            narrowWords, words;
-    narrowWords.Create(ClImage::eInt16, 318, 480);
-    words.Create(ClImage::eInt16, 320, 480);
+            narrowWords = TestImages::Blank(ClImage::eInt16, 318, 480),
+            words = TestImages::Blank(ClImage::eInt16, 320, 480);
     const char* const kSize = "Image dimensions must be multiples of 4";
     for (auto [pImage, nCode, szText] :
          {std::tuple{(ClImage*)nullptr, -701, "Input image not assigned"},
@@ -56,8 +55,7 @@ TEST(IpGetMoonValues, CutsLevelOneWithT1AndLevelTwoWithT2AndLeavesTheApproximati
                                     "b..b..a.", "........", "......s.", "s......."};
     const char* const kKept[8] = {"KKKKKKKK", "KKKKKKK.", "KKKKKKKK", ".KKKKKKK",
                                   "K..KKKKK", "....KKKK", "KK..KK.K", "KK..KKKK"};
-    ClImage c;
-    c.Create(ClImage::eDouble64, 8, 8);
+    ClImage c = TestImages::Blank(ClImage::eDouble64, 8, 8);
     for (int32_t y = 0; y < 8; ++y)
         for (int32_t x = 0; x < 8; ++x)
         {

@@ -103,7 +103,7 @@ TEST(IpGetUchidaProfileValuesFD, FlatSurfacesGiveTheirValuesAndUpperDistanceArou
     EXPECT_TRUE(std::isnan(Values(image, Filled(16, 16, 2))[0]));
 }
 
-TEST(IpGetUchidaProfileValuesFD, FirstCountedPixelIsBothExtremesOfItsBlock)
+TEST(IpGetUchidaProfileValuesFD, OneValidPixelHasNoSpreadAndNoneGivesNaNMeansWithoutAnError)
 {
     // One masked pixel per block, minimum and maximum at once; the only
     // valid pixel is the square's first corner: N is 1.
@@ -111,21 +111,17 @@ TEST(IpGetUchidaProfileValuesFD, FirstCountedPixelIsBothExtremesOfItsBlock)
     image.Row<uint8_t>(0)[0] = 90;
     for (int32_t k : {0, 8})
         mask.Row<uint8_t>(k)[0] = mask.Row<uint8_t>(k)[8] = 255;
-    const std::vector<double> v = Values(image, mask);
+    const std::vector<double> one = Values(image, mask);
     const double expected[6] = {90, 90, 90, 0, 0, 180};
     for (int k = 0; k < Stage::kValues; ++k)
-        EXPECT_TRUE(k < 6 ? v[k] == expected[k] / 255.0 : std::isnan(v[k])) << k;
-}
+        EXPECT_TRUE(k < 6 ? one[k] == expected[k] / 255.0 : std::isnan(one[k])) << k;
 
-TEST(IpGetUchidaProfileValuesFD, NoValidPixelGivesNaNMeansWithoutAnError)
-{
-    // An empty mask, a mask of one block, and block sizes that leave no
+    // None: an empty mask, a mask of one block, and block sizes that leave no
     // square of four blocks (below 1 would otherwise divide by zero).
-    ClImage image = Filled(16, 16, 77), oneBlock = Filled(16, 16, 0);
+    mask = Filled(16, 16, 0);
     for (int32_t k = 0; k < 64; ++k)
-        oneBlock.Row<uint8_t>(k / 8)[k % 8] = 255;
-    std::vector<std::vector<double>> runs = {Values(image, Filled(16, 16, 0)),
-                                             Values(image, oneBlock)};
+        mask.Row<uint8_t>(k / 8)[k % 8] = 255;
+    std::vector<std::vector<double>> runs = {Values(image, Filled(16, 16, 0)), Values(image, mask)};
     for (double dBlockSize : {0.5, 0.0, -8.0, std::nan(""), 9.0, 1e12})
         runs.push_back(Values(image, Filled(16, 16, 255), dBlockSize));
     for (const std::vector<double>& v : runs)
@@ -135,8 +131,8 @@ TEST(IpGetUchidaProfileValuesFD, NoValidPixelGivesNaNMeansWithoutAnError)
 
 TEST(IpGetUchidaProfileValuesFD, RefusesMissingInputsAnImageOfAnotherTypeAndAnUnfitMask)
 {
-    ClImage image = Filled(16, 16, 0), small = Filled(16, 8, 0), floats;
-    floats.Create(ClImage::eFloat32, 16, 16);
+    ClImage image = Filled(16, 16, 0), small = Filled(16, 8, 0),
+            floats = Blank(ClImage::eFloat32, 16, 16);
     Stage stage;
     ExpectThrows([&] { stage.Run(); }, -701, "Input image not assigned");
     stage.pInImage = &image;

@@ -22,10 +22,8 @@ TEST(IpNormalizeImagesFD, AContrastOf100IsFilteredAnd99IsFlatGrey)
         ClImage out;
         ASSERT_EQ(normalize.Run(&capture, &out), 0);
         EXPECT_EQ(out.DataType(), ClImage::eUInt8);
-        int64_t nNotGrey = 0;
-        for (int32_t y = 0; y < 480; ++y)
-            for (int32_t x = 0; x < 320; ++x)
-                nNotGrey += out.Row<uint8_t>(y)[x] != 128;
+        const int64_t nNotGrey =
+            TestImages::Count(out, [](int32_t, int32_t, int v) { return v != 128; });
         EXPECT_EQ(nNotGrey == 0, nHigh == 109) << nHigh;
     }
 }
@@ -33,9 +31,8 @@ TEST(IpNormalizeImagesFD, AContrastOf100IsFilteredAnd99IsFlatGrey)
 TEST(IpNormalizeImagesFD, OnlyTheCaptureSizeIsAccepted)
 {
     Sentivo::ClIpNormalizeImagesFD normalize;
-    ClImage out, small, wrongType;
-    small.Create(ClImage::eUInt8, 320, 476);
-    wrongType.Create(ClImage::eDouble64, 320, 480);
+    ClImage out, small = TestImages::Blank(ClImage::eUInt8, 320, 476),
+                 wrongType = TestImages::Blank(ClImage::eDouble64, 320, 480);
     ExpectThrows([&] { normalize.Run(nullptr, &out); }, -701, "Input image not assigned");
     ExpectThrows([&] { normalize.Run(&wrongType, &out); }, -33);
     ExpectThrows([&] { normalize.Run(&small, &out); }, -44, "invalid image dimension");

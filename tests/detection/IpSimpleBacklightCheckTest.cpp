@@ -9,8 +9,9 @@
 
 TEST(IpSimpleBacklightCheck, RefusesMissingOrForeignImagesInOrderAndWritesBehindItsPointer)
 {
-    ClImage five = TestImages::Filled(320, 480, 5), seven = TestImages::Filled(320, 480, 7), wide;
-    wide.Create(ClImage::eInt16, 320, 480);
+    using namespace TestImages;
+    ClImage five = Filled(320, 480, 5), seven = Filled(320, 480, 7),
+            wide = Blank(ClImage::eInt16, 320, 480);
     ClIpSimpleBacklightCheck check;
     ExpectThrows([&] { check.Run(); }, -701, "Input backlight image not assigned");
     check.pInBacklightImage = &five;

@@ -7,21 +7,18 @@
 
 #include <gtest/gtest.h>
 
-#include "BmpFile.h"
 #include "image/ImageTestSupport.h"
 #include "sdk/SentivoSDKHandle.h"
+#include "support/ConformanceCapture.h"
 #include "support/DetectionImages.h"
 
 TEST(Sentivo, InitResetsTheScoreAndChecksTheInputsInOrder)
 {
-    ClImage ok, wideDark, narrowDark, shortCurrent, shortBacklight;
-    for (auto [pImage, nWidth, nHeight, eType] :
-         {std::tuple{&ok, 320, 480, ClImage::eUInt8},
-          std::tuple{&wideDark, 400, 480, ClImage::eInt16},
-          std::tuple{&narrowDark, 316, 480, ClImage::eUInt8},
-          std::tuple{&shortCurrent, 320, 476, ClImage::eUInt8},
-          std::tuple{&shortBacklight, 320, 200, ClImage::eFloat32}})
-        pImage->Create(eType, nWidth, nHeight);
+    using TestImages::Blank;
+    ClImage ok = Blank(ClImage::eUInt8, 320, 480), wideDark = Blank(ClImage::eInt16, 400, 480),
+            narrowDark = Blank(ClImage::eUInt8, 316, 480),
+            shortCurrent = Blank(ClImage::eUInt8, 320, 476),
+            shortBacklight = Blank(ClImage::eFloat32, 320, 200);
     // Presence first; pixel types before any size: current, then dark, then
     // backlight; then every width before any height.
     const char* const kMissing = "Input image not assigned";
@@ -82,11 +79,9 @@ TEST(Sentivo, ValidAreaIsAMarginedRectangleEndingInAHalfCircle)
     const ClImage& mask = d.ValidAreaMask();
     ASSERT_EQ(std::make_tuple(mask.DataType(), mask.Width(), mask.Height()),
               std::make_tuple(ClImage::eUInt8, 320, 480));
-    int64_t nWrong = 0;
-    for (int32_t y = 0; y < 480; ++y)
-        for (int32_t x = 0; x < 320; ++x)
-            nWrong += mask.Row<uint8_t>(y)[x] != (inside(x, y) ? 255 : 0);
-    EXPECT_EQ(nWrong, 0);
+    EXPECT_EQ(TestImages::Count(mask, [&](int32_t x, int32_t y, int v)
+                                { return v != (inside(x, y) ? 255 : 0); }),
+              0);
     // The model checked by hand: row 429 (k 125, h 107) spans columns 53 to 266.
     EXPECT_TRUE(!inside(52, 429) && inside(53, 429) && inside(266, 429) && !inside(267, 429));
 }
@@ -97,16 +92,11 @@ namespace
 // A handle with a loader of conformance captures.
 struct Scanner
 {
-    // Loads synthetic/NAME/{current,backlight,dark}.bmp.
     void Load(const std::string& name)
     {
-        const std::string folder = SENTIVO_SOURCE_DIR "/tests/conformance/synthetic/" + name + "/";
         int32_t i = 0;
-        for (const char* szFile : {"current.bmp", "backlight.bmp", "dark.bmp"})
-        {
-            SentivoTool::BmpFile file = SentivoTool::ReadBmpFile(folder + szFile);
+        for (SentivoTool::BmpFile& file : TestSupport::ReadCapture(name))
             handle.SetImage(i++, file.Block(), file.BlockSize());
-        }
     }
     // The code of the finger half.
     int32_t Finger()
@@ -147,11 +137,6 @@ TEST(SentivoFingerHalf, TheProfileIsKeptPerHandleThroughResetsAndFailures)
     EXPECT_EQ(scanner.Finger(), -37);
     scanner.Load("live_a");
     EXPECT_EQ(scanner.Finger(), 0);
-    // moving_2 is moving_1's finger 36 rows up.
-    scanner.Load("moving_1");
-    scanner.Finger();
-    scanner.Load("moving_2");
-    EXPECT_EQ(scanner.Finger(), -15);
 
     // A second handle has a profile of its own.
     Scanner other;

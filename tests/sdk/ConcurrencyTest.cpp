@@ -3,50 +3,34 @@
 // as one handle alone does, while other threads create and destroy handles
 // and initialise and release the library. The ThreadSanitizer build runs
 // this with 100 captures per handle (SENTIVO_THREAD_CAPTURES).
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "BmpFile.h"
 #include "sentivo/sentivo.h"
+#include "support/ConformanceCapture.h"
 
 namespace
 {
 
-struct Capture
-{
-    SentivoTool::BmpFile files[3];
-};
+using Capture = std::array<SentivoTool::BmpFile, 3>;
 
-struct Outcome
-{
-    int32_t nCode;
-    double dScore;
-    bool operator==(const Outcome& other) const
-    {
-        return nCode == other.nCode && std::memcmp(&dScore, &other.dScore, sizeof(double)) == 0;
-    }
-};
+// The code and the bits of the score, so that NaN equals NaN.
+using Outcome = std::pair<int32_t, uint64_t>;
 
 std::vector<Capture> ConformanceCaptures()
 {
-    const std::string folder = SENTIVO_SOURCE_DIR "/tests/conformance/";
     std::vector<Capture> captures;
     for (const char* szName : {"live_a", "smooth_c", "no_finger", "skewed", "moving_1", "moving_2",
                                "no_falloff", "overexposed", "lower_empty", "smooth_d"})
-    {
-        Capture capture;
-        const char* aszFiles[3] = {"current.bmp", "backlight.bmp", "dark.bmp"};
-        for (int i = 0; i < 3; ++i)
-            capture.files[i] =
-                SentivoTool::ReadBmpFile(folder + "synthetic/" + szName + "/" + aszFiles[i]);
-        captures.push_back(std::move(capture));
-    }
+        captures.push_back(TestSupport::ReadCapture(szName));
     return captures;
 }
 
@@ -69,11 +53,13 @@ std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
     {
         Capture& capture = blocks[static_cast<size_t>(i) % blocks.size()];
         for (int32_t k = 0; k < 3; ++k)
-            SentivoSetImage(h, k, capture.files[k].Block(), capture.files[k].BlockSize());
+            SentivoSetImage(h, k, capture[k].Block(), capture[k].BlockSize());
         SentivoSetPropertyA(h, "nSecurityLevel", i % 3 == 2 ? "2" : "1");
-        Outcome outcome{0, 0.0};
-        outcome.nCode = SentivoEvaluateLiveliness(h, &outcome.dScore);
-        outcomes.push_back(outcome);
+        double dScore = 0.0;
+        const int32_t nCode = SentivoEvaluateLiveliness(h, &dScore);
+        uint64_t nBits = 0;
+        std::memcpy(&nBits, &dScore, sizeof(nBits));
+        outcomes.emplace_back(nCode, nBits);
     }
     EXPECT_EQ(SentivoDestroyHandle(&h), 0);
     return outcomes;
@@ -95,7 +81,7 @@ TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
     for (std::thread& thread : threads)
         thread.join();
     for (const std::vector<Outcome>& result : results)
-        EXPECT_TRUE(result == alone);
+        EXPECT_EQ(result, alone);
     EXPECT_EQ(SentivoUninitialize(), 0);
 }
 

@@ -1,5 +1,6 @@
 // The error table: every public code once, in the public header's order, with
-// its sentence in both widths.
+// its sentence in both widths, also through the exported functions, which
+// need no initialisation.
 #include <cstdint>
 #include <fstream>
 #include <cstdio>
@@ -9,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "sdk/ErrorTable.h"
-#include "sentivo/sentivo_errors.h"
+#include "sentivo/sentivo.h"
 
 namespace
 {
@@ -44,6 +45,8 @@ TEST(ErrorTable, FollowsThePublicHeaderRowForRow)
         EXPECT_EQ(std::u16string(row.wszName), Widen(row.szName)) << row.szName;
         EXPECT_EQ(Sentivo::ErrorDescription(row.nCode), row.szDescription) << row.szName;
         EXPECT_EQ(Sentivo::ErrorDescriptionW(row.nCode), row.wszDescription) << row.szName;
+        EXPECT_EQ(SentivoGetErrorDescriptionA(row.nCode), row.szDescription) << row.szName;
+        EXPECT_EQ(SentivoGetErrorDescriptionW(row.nCode), row.wszDescription) << row.szName;
     }
     EXPECT_EQ(nRow, 146u);
     EXPECT_EQ(Sentivo::g_nErrorTableSize, 146u);
@@ -72,10 +75,11 @@ TEST(ErrorTable, KeepsTheFixedWordingOfTheCodesCallersMeet)
         EXPECT_STREQ(Sentivo::ErrorDescription(expected.nCode), expected.szText) << expected.nCode;
 
     // -6 is raised by the filter operators yet deliberately has no row.
-    for (int32_t nCode : {-6, 1, INT32_MIN, INT32_MAX})
+    for (int32_t nCode : {-6, 1, 424242, INT32_MIN, INT32_MAX})
     {
         EXPECT_STREQ(Sentivo::ErrorDescription(nCode), "Unknown error code.") << nCode;
-        EXPECT_EQ(std::u16string(Sentivo::ErrorDescriptionW(nCode)), u"Unknown error code.")
+        EXPECT_STREQ(SentivoGetErrorDescriptionA(nCode), "Unknown error code.") << nCode;
+        EXPECT_EQ(std::u16string(SentivoGetErrorDescriptionW(nCode)), u"Unknown error code.")
             << nCode;
     }
 }

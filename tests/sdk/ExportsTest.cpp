@@ -1,6 +1,6 @@
 // The exported functions' frames: initialisation counting, handle resolution
 // and the codes for wrong states, forged handles and bad caller memory.
-#include <cstring>
+#include <vector>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -13,23 +13,16 @@ namespace
 
 // One page with the given protection; its address is what a wild pointer of
 // the caller would hold.
-class Page
+struct Page
 {
-public:
-    explicit Page(int nProtection)
-        : m_nSize(static_cast<size_t>(sysconf(_SC_PAGESIZE))),
-          m_p(mmap(nullptr, m_nSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
-    {
-        std::memset(m_p, 0, m_nSize);
-        mprotect(m_p, m_nSize, nProtection);
-    }
-    ~Page() { munmap(m_p, m_nSize); }
-    void* Get() const { return m_p; }
-    void Protect(int nProtection) { mprotect(m_p, m_nSize, nProtection); }
+    explicit Page(int nProtection) { Protect(nProtection); }
+    ~Page() { munmap(p, nSize); }
+    void Protect(int nProtection) { mprotect(p, nSize, nProtection); }
+    void* Get() const { return p; }
 
-private:
-    size_t m_nSize;
-    void* m_p;
+    const size_t nSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    void* const p =
+        mmap(nullptr, nSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 };
 
 class Initialized : public ::testing::Test
@@ -70,56 +63,40 @@ TEST(Exports, InitialisationIsCountedAndBalanced)
     EXPECT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
 }
 
-TEST(Exports, ErrorDescriptionsNeedNoInitialisation)
+TEST_F(Initialized, HandlesAreIndependentAndDestroyedOnesZeroedAndRefused)
 {
-    EXPECT_STREQ(SentivoGetErrorDescriptionA(ZRC_SUCCESS), "No errors occurred.");
-    EXPECT_STREQ(SentivoGetErrorDescriptionA(-6), "Unknown error code.");
-    EXPECT_EQ(std::u16string(SentivoGetErrorDescriptionW(ZRC_ERROR_NO_HANDLE)),
-              u"The handle parameter is set to NULL.");
-    EXPECT_EQ(std::u16string(SentivoGetErrorDescriptionW(424242)), u"Unknown error code.");
-}
+    SentivoHandle hFirst = nullptr, hSecond = nullptr;
+    ASSERT_EQ(SentivoCreateHandle(&hFirst), ZRC_SUCCESS);
+    ASSERT_EQ(SentivoCreateHandle(&hSecond), ZRC_SUCCESS);
+    ASSERT_EQ(SentivoSetPropertyA(hFirst, "nSecurityLevel", "2"), ZRC_SUCCESS);
+    char szValue[16];
+    uint32_t nSize = sizeof(szValue);
+    ASSERT_EQ(SentivoGetPropertyA(hSecond, "nSecurityLevel", szValue, &nSize), ZRC_SUCCESS);
+    EXPECT_STREQ(szValue, "1");
 
-TEST_F(Initialized, DestroyedHandleIsZeroedAndThenRefused)
-{
-    SentivoHandle hHandle = nullptr;
-    ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
-    ASSERT_NE(hHandle, nullptr);
-    EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
-    EXPECT_EQ(hHandle, nullptr);
-    EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_ERROR_NO_HANDLE);
+    EXPECT_EQ(SentivoDestroyHandle(&hFirst), ZRC_SUCCESS);
+    EXPECT_EQ(hFirst, nullptr);
+    EXPECT_EQ(SentivoDestroyHandle(&hFirst), ZRC_ERROR_NO_HANDLE);
+    EXPECT_EQ(SentivoReset(hSecond), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoDestroyHandle(&hSecond), ZRC_SUCCESS);
     EXPECT_EQ(SentivoDestroyHandle(nullptr), ZRC_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(SentivoCreateHandle(nullptr), ZRC_ERROR_BAD_POINTER);
 }
 
 TEST_F(Initialized, EveryHandleFunctionRefusesNullAndForgedHandles)
 {
-    double dScore = 0.0;
+    static double dScore = 0.0;
+    static uint32_t nSize = 0;
     const auto calls = {
         +[](SentivoHandle h) { return SentivoReset(h); },
         +[](SentivoHandle h) { return SentivoSetImage(h, 0, nullptr, 0); },
         +[](SentivoHandle h) { return SentivoDetectFinger(h); },
-        +[](SentivoHandle h)
-        {
-            double d = 0.0;
-            return SentivoDetectFake(h, &d);
-        },
-        +[](SentivoHandle h)
-        {
-            double d = 0.0;
-            return SentivoEvaluateLiveliness(h, &d);
-        },
+        +[](SentivoHandle h) { return SentivoDetectFake(h, &dScore); },
+        +[](SentivoHandle h) { return SentivoEvaluateLiveliness(h, &dScore); },
         +[](SentivoHandle h) { return SentivoSetPropertyA(h, "nSecurityLevel", "1"); },
         +[](SentivoHandle h) { return SentivoSetPropertyW(h, u"nSecurityLevel", u"1"); },
-        +[](SentivoHandle h)
-        {
-            uint32_t n = 0;
-            return SentivoGetPropertyA(h, "Version", nullptr, &n);
-        },
-        +[](SentivoHandle h)
-        {
-            uint32_t n = 0;
-            return SentivoGetPropertyW(h, u"Version", nullptr, &n);
-        },
+        +[](SentivoHandle h) { return SentivoGetPropertyA(h, "Version", nullptr, &nSize); },
+        +[](SentivoHandle h) { return SentivoGetPropertyW(h, u"Version", nullptr, &nSize); },
     };
     // Right head, overwritten tail; a block of another kind; a live-looking
     // block whose object is null.
@@ -133,29 +110,21 @@ TEST_F(Initialized, EveryHandleFunctionRefusesNullAndForgedHandles)
     Block wrongHead{"Sentivx", &dScore, "Sentivo"};
     Block nullObject{"Sentivo", nullptr, "Sentivo"};
     Page unreadable(PROT_NONE);
+    std::vector<void*> forged = {&wrongTail, &wrongHead, &nullObject, unreadable.Get()};
     // A readable 8-byte value right in front of an unreadable page: too small
     // to hold a block, and nothing behind it may be read.
     Page edge(PROT_READ | PROT_WRITE);
     Page guard(PROT_NONE);
-    void* pShort = nullptr;
-    if (static_cast<char*>(edge.Get()) + sysconf(_SC_PAGESIZE) == guard.Get())
-        pShort = static_cast<char*>(edge.Get()) + sysconf(_SC_PAGESIZE) - 8;
+    if (static_cast<char*>(edge.Get()) + edge.nSize == guard.Get())
+        forged.push_back(static_cast<char*>(edge.Get()) + edge.nSize - 8);
     for (auto call : calls)
     {
         EXPECT_EQ(call(nullptr), ZRC_ERROR_NO_HANDLE);
-        EXPECT_EQ(call(&wrongTail), ZRC_ERROR_INVALID_HANDLE);
-        EXPECT_EQ(call(&wrongHead), ZRC_ERROR_INVALID_HANDLE);
-        EXPECT_EQ(call(&nullObject), ZRC_ERROR_INVALID_HANDLE);
-        EXPECT_EQ(call(unreadable.Get()), ZRC_ERROR_INVALID_HANDLE);
-        if (pShort != nullptr)
-        {
-            EXPECT_EQ(call(pShort), ZRC_ERROR_INVALID_HANDLE);
-        }
+        for (void* p : forged)
+            EXPECT_EQ(call(p), ZRC_ERROR_INVALID_HANDLE);
     }
-    SentivoHandle hForged = &wrongTail;
-    EXPECT_EQ(SentivoDestroyHandle(&hForged), ZRC_ERROR_INVALID_HANDLE);
-    SentivoHandle hWild = unreadable.Get();
-    EXPECT_EQ(SentivoDestroyHandle(&hWild), ZRC_ERROR_INVALID_HANDLE);
+    for (SentivoHandle h : forged)
+        EXPECT_EQ(SentivoDestroyHandle(&h), ZRC_ERROR_INVALID_HANDLE);
 }
 
 TEST_F(Initialized, BadHandleVariablesGive701AndKeepTheHandleAlive)
@@ -182,20 +151,4 @@ TEST_F(Initialized, BadHandleVariablesGive701AndKeepTheHandleAlive)
     variable.Protect(PROT_READ | PROT_WRITE);
     EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_SUCCESS);
     EXPECT_EQ(*pHandle, nullptr);
-}
-
-TEST_F(Initialized, HandlesAreIndependent)
-{
-    SentivoHandle hFirst = nullptr;
-    SentivoHandle hSecond = nullptr;
-    ASSERT_EQ(SentivoCreateHandle(&hFirst), ZRC_SUCCESS);
-    ASSERT_EQ(SentivoCreateHandle(&hSecond), ZRC_SUCCESS);
-    ASSERT_EQ(SentivoSetPropertyA(hFirst, "nSecurityLevel", "2"), ZRC_SUCCESS);
-    char szValue[16];
-    uint32_t nSize = sizeof(szValue);
-    ASSERT_EQ(SentivoGetPropertyA(hSecond, "nSecurityLevel", szValue, &nSize), ZRC_SUCCESS);
-    EXPECT_STREQ(szValue, "1");
-    EXPECT_EQ(SentivoDestroyHandle(&hFirst), ZRC_SUCCESS);
-    EXPECT_EQ(SentivoReset(hSecond), ZRC_SUCCESS);
-    EXPECT_EQ(SentivoDestroyHandle(&hSecond), ZRC_SUCCESS);
 }

@@ -188,3 +188,27 @@ TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeBeforeUsingTheBufferAlsoWi
     EXPECT_EQ(SentivoGetPropertyA(m_h, "NSECURITYLEVEL", sz, &nSize), 0);
     EXPECT_STREQ(sz, "3");
 }
+
+TEST(HandleTypedProperty, NumbersByKindWithTheTypeTestBeforeTheReadOnlyTest)
+{
+    ClSentivoSDKHandle handle;
+    int32_t nValue = 0;
+    handle.GetPropertyInt("NSECURITYLEVEL", &nValue);
+    EXPECT_EQ(nValue, 1);
+    handle.SetPropertyInt("nSecurityLevel", 4);
+    EXPECT_EQ(handle.Detection().nSecurityLevel, 4);
+    // A rate of 0 is met first by the last row, whose score is 100.
+    handle.SetPropertyDouble("dQueryFAR", 0.0);
+    double dValue = 0.0;
+    handle.GetPropertyDouble("dQueryScore", &dValue);
+    EXPECT_NEAR(dValue, 100.0, 1e-12);
+
+    // Integer access to a double, double access to an integer, numbers of a
+    // read-only text or an enumeration: all -44; an unknown name -206.
+    ExpectThrows([&] { handle.GetPropertyInt("dQueryFAR", &nValue); }, -44);
+    ExpectThrows([&] { handle.SetPropertyDouble("nSecurityLevel", 2.0); }, -44);
+    ExpectThrows([&] { handle.SetPropertyInt("Version", 1); }, -44);
+    ExpectThrows([&] { handle.GetPropertyDouble("bMovementDetection", &dValue); }, -44);
+    ExpectThrows([&] { handle.SetPropertyInt("nNoSuchThing", 1); }, -206);
+    EXPECT_EQ(handle.Detection().nSecurityLevel, 4);
+}

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sdk/Exception.h"
+#include "image/ImageTestSupport.h"
 #include "sdk/Utf.h"
 
 using Sentivo::NarrowToWide;
@@ -33,18 +33,8 @@ TEST(Utf, IllFormedInputIsAConversionError)
         "\xFF",
     };
     for (const char* szBad : badNarrow)
-    {
-        try
-        {
-            NarrowToWide(szBad);
-            ADD_FAILURE() << "accepted an ill-formed sequence";
-        }
-        catch (const ClExSystem& e)
-        {
-            EXPECT_EQ(e.GetCode(), ZRC_ERROR_FROM_SYSTEM_FUNCTION);
-            EXPECT_NE(std::string(e.GetMessage()).find("\nConversions Error"), std::string::npos);
-        }
-    }
+        ExpectThrows<ClExSystem>([&] { NarrowToWide(szBad); }, ZRC_ERROR_FROM_SYSTEM_FUNCTION,
+                                 "Conversions Error");
     const char16_t loneHigh[] = {u'a', 0xD800, u'b', 0};
     const char16_t loneLow[] = {0xDC00, 0};
     const char16_t highAtEnd[] = {u'x', 0xDBFF, 0};

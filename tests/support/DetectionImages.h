@@ -9,6 +9,14 @@
 namespace TestImages
 {
 
+// W by H pixels of the given type, left as created.
+inline ClImage Blank(ClImage::EDataType eType, int32_t W, int32_t H)
+{
+    ClImage image;
+    image.Create(eType, W, H);
+    return image;
+}
+
 // W by H pixels of value(x, y).
 inline ClImage ImageOf(int32_t W, int32_t H, const std::function<int(int32_t, int32_t)>& value)
 {
@@ -38,6 +46,16 @@ inline ClImage Striped(const std::vector<int>& profile, int32_t nLength, bool bC
     const int32_t n = static_cast<int32_t>(profile.size());
     return ImageOf(bColumns ? nLength : n, bColumns ? n : nLength,
                    [&](int32_t x, int32_t y) { return profile[bColumns ? y : x]; });
+}
+
+// The pixels (x, y) of an 8-bit image for which where(x, y, value) holds.
+inline int64_t Count(const ClImage& image, const std::function<bool(int32_t, int32_t, int)>& where)
+{
+    int64_t n = 0;
+    for (int32_t y = 0; y < image.Height(); ++y)
+        for (int32_t x = 0; x < image.Width(); ++x)
+            n += where(x, y, image.Row<uint8_t>(y)[x]);
+    return n;
 }
 
 } // namespace TestImages
