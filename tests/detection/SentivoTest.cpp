@@ -58,34 +58,6 @@ TEST(Sentivo, InitResetsTheScoreAndChecksTheInputsInOrder)
     }
 }
 
-TEST(Sentivo, ValidAreaIsAMarginedRectangleEndingInAHalfCircle)
-{
-    // A margin of 11 all round, and below row 372 the inside of the circle of
-    // radius 165 around column 160, row 304, whose half-width in a row is the
-    // largest h with h * h <= 165 * 165 - k * k.
-    auto inside = [](int32_t x, int32_t y)
-    {
-        if (y < 11 || y > 468)
-            return false;
-        if (y <= 372)
-            return x >= 11 && x <= 308;
-        const int32_t k = y - 304;
-        int32_t h = 0;
-        while ((h + 1) * (h + 1) <= 165 * 165 - k * k)
-            ++h;
-        return x >= 160 - h && x < 160 + h;
-    };
-    const ClSentivo d;
-    const ClImage& mask = d.ValidAreaMask();
-    ASSERT_EQ(std::make_tuple(mask.DataType(), mask.Width(), mask.Height()),
-              std::make_tuple(ClImage::eUInt8, 320, 480));
-    EXPECT_EQ(TestImages::Count(mask, [&](int32_t x, int32_t y, int v)
-                                { return v != (inside(x, y) ? 255 : 0); }),
-              0);
-    // The model checked by hand: row 429 (k 125, h 107) spans columns 53 to 266.
-    EXPECT_TRUE(!inside(52, 429) && inside(53, 429) && inside(266, 429) && !inside(267, 429));
-}
-
 namespace
 {
 
@@ -98,13 +70,11 @@ struct Scanner
         for (SentivoTool::BmpFile& file : TestSupport::ReadCapture(name))
             handle.SetImage(i++, file.Block(), file.BlockSize());
     }
-    // The code of the finger half.
-    int32_t Finger()
+    int32_t Finger() // the code of the finger half
     {
         try
         {
-            handle.DetectFinger();
-            return 0;
+            return handle.DetectFinger(), 0;
         }
         catch (const ClException& e)
         {

@@ -1,13 +1,9 @@
-// Handles on different threads share nothing mutable: eight handles judge
-// the same sequence of conformance captures at the same time, each exactly
-// as one handle alone does, while other threads create and destroy handles
-// and initialise and release the library. The ThreadSanitizer build runs
-// this with 100 captures per handle (SENTIVO_THREAD_CAPTURES).
+// Handles on different threads share nothing mutable. The ThreadSanitizer
+// build runs this with 100 captures per handle (SENTIVO_THREAD_CAPTURES).
 #include <array>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -21,28 +17,10 @@ namespace
 {
 
 using Capture = std::array<SentivoTool::BmpFile, 3>;
+using Outcome = std::pair<int32_t, uint64_t>; // the code and the score's bits: NaN equals NaN
 
-// The code and the bits of the score, so that NaN equals NaN.
-using Outcome = std::pair<int32_t, uint64_t>;
-
-std::vector<Capture> ConformanceCaptures()
-{
-    std::vector<Capture> captures;
-    for (const char* szName : {"live_a", "smooth_c", "no_finger", "skewed", "moving_1", "moving_2",
-                               "no_falloff", "overexposed", "lower_empty", "smooth_d"})
-        captures.push_back(TestSupport::ReadCapture(szName));
-    return captures;
-}
-
-int CapturesPerHandle()
-{
-    const char* szCount = std::getenv("SENTIVO_THREAD_CAPTURES");
-    return szCount != nullptr ? std::atoi(szCount) : 12;
-}
-
-// One handle judges captures[i % size] for i below nCount, with the security
-// level switching every third capture; the caller's copies of the blocks
-// are its own, since the library rewrites their palettes.
+// One handle judges captures[i % size] for i below nCount, at level 2 every
+// third time, on copies of the blocks: the library rewrites their palettes.
 std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
 {
     std::vector<Capture> blocks = captures;
@@ -70,8 +48,12 @@ std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
 TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
 {
     ASSERT_EQ(SentivoInitialize(nullptr), 0);
-    const std::vector<Capture> captures = ConformanceCaptures();
-    const int nCount = CapturesPerHandle();
+    std::vector<Capture> captures;
+    for (const char* szName : {"live_a", "smooth_c", "no_finger", "skewed", "moving_1", "moving_2",
+                               "no_falloff", "overexposed", "lower_empty", "smooth_d"})
+        captures.push_back(TestSupport::ReadCapture(szName));
+    const char* szCount = std::getenv("SENTIVO_THREAD_CAPTURES");
+    const int nCount = szCount != nullptr ? std::atoi(szCount) : 12;
     const std::vector<Outcome> alone = Judge(captures, nCount);
 
     std::vector<std::vector<Outcome>> results(8);
@@ -87,8 +69,7 @@ TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
 
 TEST(Concurrency, HandlesAndInitialisationsComeAndGoOnManyThreads)
 {
-    // One initialisation holds the library while threads add and drop
-    // their own and create, use and destroy handles.
+    // One initialisation holds the library while others come and go.
     ASSERT_EQ(SentivoInitialize(nullptr), 0);
     std::atomic<int> nFailures{0};
     std::vector<std::thread> threads;
@@ -98,11 +79,8 @@ TEST(Concurrency, HandlesAndInitialisationsComeAndGoOnManyThreads)
             {
                 for (int i = 0; i < 200; ++i)
                 {
-                    if (t % 2 == 0)
-                    {
-                        nFailures += SentivoInitialize(nullptr) != 0;
-                        nFailures += SentivoUninitialize() != 0;
-                    }
+                    if (t % 2 == 0) // an own initialisation, released again
+                        nFailures += SentivoInitialize(nullptr) != 0 || SentivoUninitialize() != 0;
                     SentivoHandle h = nullptr;
                     nFailures += SentivoCreateHandle(&h) != 0;
                     nFailures += SentivoSetPropertyA(h, "dQueryFAR", "0.01") != 0;

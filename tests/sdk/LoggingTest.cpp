@@ -4,7 +4,6 @@
 #include <cstring>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -19,8 +18,8 @@ std::vector<std::string> g_DebugLines;
 std::mutex g_DebugLinesMutex;
 } // namespace
 
-// A debug sink may be called from any thread, as the platform's own is: the
-// concurrency tests of this program call the library on eight at once.
+// Called from any thread, as the platform's sink is: the concurrency tests
+// of this program call the library on eight at once.
 extern "C" __attribute__((visibility("default"))) void OutputDebugStringA(const char* szText)
 {
     const std::lock_guard<std::mutex> lock(g_DebugLinesMutex);
@@ -32,35 +31,27 @@ TEST(Logging, LineLimitIs1023Characters)
     g_DebugLines.clear();
     const std::string longest(1023, 'a');
     EXPECT_NO_THROW(SdkLog(Sentivo::eLogTrace, "%s", longest.c_str()));
-    ASSERT_EQ(g_DebugLines.size(), 2u);
-    EXPECT_EQ(g_DebugLines[0], longest);
-    EXPECT_EQ(g_DebugLines[1], "\n");
-
-    // One character over has its own remark, a longer line is an overflow.
-    for (const std::pair<size_t, const char*>& line :
-         {std::pair<size_t, const char*>{1024, "Logging Message bigger than 1024 bytes."},
-          {5000, std::strerror(EOVERFLOW)}})
-        ExpectThrows([&]
-                     { SdkLog(Sentivo::eLogTrace, "%s", std::string(line.first, 'b').c_str()); },
-                     ZRC_ERROR_LOGGING, line.second);
-    EXPECT_EQ(g_DebugLines.size(), 2u) << "a refused line reaches no sink";
+    // One character over has its own remark, a longer line is an overflow;
+    // a refused line reaches no sink.
+    auto log = [](size_t n) { SdkLog(Sentivo::eLogTrace, "%s", std::string(n, 'b').c_str()); };
+    ExpectThrows([&] { log(1024); }, ZRC_ERROR_LOGGING, "Logging Message bigger than 1024 bytes.");
+    ExpectThrows([&] { log(5000); }, ZRC_ERROR_LOGGING, std::strerror(EOVERFLOW));
+    EXPECT_EQ(g_DebugLines, (std::vector<std::string>{longest, "\n"}));
 }
 
-TEST(Logging, ExportedFunctionsWriteEnterLeaveAndErrorLines)
+TEST(Logging, ExportedFunctionsWriteEnterLeaveAndErrorLinesToTheDebugSink)
 {
+    // Handle creation and destruction write nothing.
     g_DebugLines.clear();
     ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
     SentivoHandle hHandle = nullptr;
     ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
-    EXPECT_EQ(SentivoReset(hHandle), ZRC_SUCCESS);
-    EXPECT_EQ(SentivoDetectFinger(nullptr), ZRC_ERROR_NO_HANDLE);
     double dScore = 1.0;
     EXPECT_EQ(SentivoDetectFake(hHandle, nullptr), ZRC_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(SentivoEvaluateLiveliness(hHandle, &dScore), ZRC_ERROR_PARAM_IS_MISSING);
     EXPECT_EQ(dScore, 0.0);
     EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
     ASSERT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
-    EXPECT_EQ(SentivoUninitialize(), ZRC_ERROR_NOT_INITIALIZED);
 
     std::vector<std::string> lines;
     for (size_t i = 0; i < g_DebugLines.size(); i += 2)
@@ -68,22 +59,15 @@ TEST(Logging, ExportedFunctionsWriteEnterLeaveAndErrorLines)
         lines.push_back(g_DebugLines[i]);
         EXPECT_EQ(g_DebugLines[i + 1], "\n");
     }
-    // Handle creation and destruction write nothing.
     const std::vector<std::string> expected = {
         "SentivoInitialize((nil)) Enter",
         "SentivoInitialize((nil)) Leave",
-        "SentivoReset Enter",
-        "SentivoReset Leave",
-        "SentivoDetectFinger Enter",
-        "SentivoDetectFinger Error(-42): The handle parameter is set to NULL.",
         "SentivoDetectFake Enter",
         "SentivoDetectFake Error(-44): One(or more) parameter(s) is(are) invalid.",
         "SentivoEvaluateLiveliness Enter",
         "SentivoEvaluateLiveliness Error(-37): One of the required parameter is missing.",
         "SentivoUninitialize(void) Enter",
         "SentivoUninitialize(void) Leave",
-        "SentivoUninitialize(void) Enter",
-        "SentivoUninitialize(void) Error(-2): Prior initialization is necessary.",
     };
     EXPECT_EQ(lines, expected);
 }

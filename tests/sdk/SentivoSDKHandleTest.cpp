@@ -1,8 +1,13 @@
+// The exported functions and the handle behind them: initialisation
+// counting, handle resolution, the codes for wrong states, forged handles and
+// bad caller memory, images and properties.
 #include "sdk/SentivoSDKHandle.h"
 
 #include <cstdlib>
 #include <string>
+#include <sys/mman.h>
 #include <tuple>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,6 +17,20 @@
 
 namespace
 {
+
+// One page with the given protection; its address is what a wild pointer of
+// the caller would hold.
+struct Page
+{
+    explicit Page(int nProtection) { Protect(nProtection); }
+    ~Page() { munmap(p, nSize); }
+    void Protect(int nProtection) { mprotect(p, nSize, nProtection); }
+    void* Get() const { return p; }
+
+    const size_t nSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    void* const p =
+        mmap(nullptr, nSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+};
 
 using Header = SentivoBitmapInfoHeader;
 using Change = void (*)(Header&);
@@ -60,6 +79,99 @@ protected:
 
 } // namespace
 
+TEST(Exports, InitialisationIsCountedAndBalanced)
+{
+    SentivoHandle hHandle = reinterpret_cast<SentivoHandle>(0x1234);
+    EXPECT_EQ(SentivoUninitialize(), ZRC_ERROR_NOT_INITIALIZED);
+    // The initialise check comes before the pointer check.
+    EXPECT_EQ(SentivoCreateHandle(nullptr), ZRC_ERROR_NOT_INITIALIZED);
+    ASSERT_EQ(SentivoInitialize(reinterpret_cast<void*>(0x77)), ZRC_SUCCESS);
+    ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
+    // Still usable after one of two releases.
+    ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoReset(hHandle), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
+    // The live handle fails with -2 until a new initialisation, then works again.
+    EXPECT_EQ(SentivoReset(hHandle), ZRC_ERROR_NOT_INITIALIZED);
+    EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_ERROR_NOT_INITIALIZED);
+    SentivoHandle hUntouched = reinterpret_cast<SentivoHandle>(0x5678);
+    EXPECT_EQ(SentivoCreateHandle(&hUntouched), ZRC_ERROR_NOT_INITIALIZED);
+    EXPECT_EQ(hUntouched, reinterpret_cast<SentivoHandle>(0x5678));
+    EXPECT_EQ(SentivoUninitialize(), ZRC_ERROR_NOT_INITIALIZED);
+    ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoReset(hHandle), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
+    EXPECT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
+}
+
+TEST_F(SentivoSDKHandle, EveryHandleFunctionRefusesNullAndForgedHandles)
+{
+    static double dScore = 0.0;
+    static uint32_t nSize = 0;
+    const auto calls = {
+        +[](SentivoHandle h) { return SentivoReset(h); },
+        +[](SentivoHandle h) { return SentivoSetImage(h, 0, nullptr, 0); },
+        +[](SentivoHandle h) { return SentivoDetectFinger(h); },
+        +[](SentivoHandle h) { return SentivoDetectFake(h, &dScore); },
+        +[](SentivoHandle h) { return SentivoEvaluateLiveliness(h, &dScore); },
+        +[](SentivoHandle h) { return SentivoSetPropertyA(h, "nSecurityLevel", "1"); },
+        +[](SentivoHandle h) { return SentivoSetPropertyW(h, u"nSecurityLevel", u"1"); },
+        +[](SentivoHandle h) { return SentivoGetPropertyA(h, "Version", nullptr, &nSize); },
+        +[](SentivoHandle h) { return SentivoGetPropertyW(h, u"Version", nullptr, &nSize); },
+    };
+    // Right head, overwritten tail; a block of another kind; a live-looking
+    // block whose object is null.
+    struct Block
+    {
+        char szHead[8];
+        void* pObject;
+        char szTail[8];
+    };
+    Block wrongTail{"Sentivo", &dScore, "Sentivx"}, wrongHead{"Sentivx", &dScore, "Sentivo"},
+        nullObject{"Sentivo", nullptr, "Sentivo"};
+    Page unreadable(PROT_NONE);
+    std::vector<void*> forged = {&wrongTail, &wrongHead, &nullObject, unreadable.Get()};
+    // A readable 8-byte value right in front of an unreadable page: too small
+    // to hold a block, and nothing behind it may be read.
+    Page edge(PROT_READ | PROT_WRITE), guard(PROT_NONE);
+    if (static_cast<char*>(edge.Get()) + edge.nSize == guard.Get())
+        forged.push_back(static_cast<char*>(edge.Get()) + edge.nSize - 8);
+    for (auto call : calls)
+    {
+        EXPECT_EQ(call(nullptr), ZRC_ERROR_NO_HANDLE);
+        for (void* p : forged)
+            EXPECT_EQ(call(p), ZRC_ERROR_INVALID_HANDLE);
+    }
+    for (SentivoHandle h : forged)
+        EXPECT_EQ(SentivoDestroyHandle(&h), ZRC_ERROR_INVALID_HANDLE);
+}
+
+TEST_F(SentivoSDKHandle, BadHandleVariablesGive701AndKeepTheHandleAlive)
+{
+    Page readOnly(PROT_READ), noAccess(PROT_NONE);
+    for (void* p : {static_cast<void*>(nullptr), readOnly.Get(), noAccess.Get()})
+        EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(p)), ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoDestroyHandle(static_cast<SentivoHandle*>(noAccess.Get())),
+              ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoDestroyHandle(nullptr), ZRC_ERROR_INVALID_PARAMETER);
+
+    // A live handle in a variable that turns read-only cannot be destroyed
+    // through it, and stays usable.
+    Page variable(PROT_READ | PROT_WRITE);
+    auto* pHandle = static_cast<SentivoHandle*>(variable.Get());
+    ASSERT_EQ(SentivoCreateHandle(pHandle), ZRC_SUCCESS);
+    const SentivoHandle hLive = *pHandle;
+    variable.Protect(PROT_READ);
+    EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(*pHandle, hLive);
+    EXPECT_EQ(SentivoReset(hLive), ZRC_SUCCESS);
+    variable.Protect(PROT_READ | PROT_WRITE);
+    EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_SUCCESS);
+    EXPECT_EQ(*pHandle, nullptr); // zeroed, and refused a second time
+    EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_ERROR_NO_HANDLE);
+}
+
 TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndText)
 {
     const Block valid;
@@ -69,10 +181,8 @@ TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndT
 
     const char* const kX = "Standard images must have 500 dpi or 19685 pels in x direction";
     const char* const kMultiple = "Dimensions current image must be multiples of 4";
+    // The header faults of the bitmap reader itself are its own test's.
     const std::tuple<Change, int32_t, const char*> cases[] = {
-        {[](Header& h) { h.biSize = h.biBitCount = 0x4D42; }, -36, // "BM" twice
-         "ClBitmap::Attach, Bitmapfileheader found Bitmapinfoheader expected."},
-        {[](Header& h) { h.biPlanes = 2; }, -11, "ClBitmap::Attach, pBI->biPlanes != 1."},
         // A known compression already fails in the trial load, before its own test.
         {[](Header& h) { h.biCompression = 1; }, -101, "Image area must be positive"},
         {[](Header& h) { h.biBitCount = 24; }, -12, "The image must have a bitdepth of 8 bit"},
@@ -139,7 +249,7 @@ TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTh
     EXPECT_EQ(SentivoDetectFinger(m_h), -14);
 }
 
-TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeBeforeUsingTheBufferAlsoWide)
+TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAlsoWideAndTyped)
 {
     char sz[32] = "untouched";
     const std::tuple<char*, uint32_t, int32_t> reads[] = {
@@ -187,28 +297,20 @@ TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeBeforeUsingTheBufferAlsoWi
     nSize = sizeof(sz);
     EXPECT_EQ(SentivoGetPropertyA(m_h, "NSECURITYLEVEL", sz, &nSize), 0);
     EXPECT_STREQ(sz, "3");
-}
 
-TEST(HandleTypedProperty, NumbersByKindWithTheTypeTestBeforeTheReadOnlyTest)
-{
+    // Typed access: a number of the other kind, of a read-only text or of an
+    // enumeration is -44, an unknown name -206; none touches the level.
     ClSentivoSDKHandle handle;
     int32_t nValue = 0;
-    handle.GetPropertyInt("NSECURITYLEVEL", &nValue);
-    EXPECT_EQ(nValue, 1);
-    handle.SetPropertyInt("nSecurityLevel", 4);
-    EXPECT_EQ(handle.Detection().nSecurityLevel, 4);
-    // A rate of 0 is met first by the last row, whose score is 100.
-    handle.SetPropertyDouble("dQueryFAR", 0.0);
     double dValue = 0.0;
-    handle.GetPropertyDouble("dQueryScore", &dValue);
-    EXPECT_NEAR(dValue, 100.0, 1e-12);
-
-    // Integer access to a double, double access to an integer, numbers of a
-    // read-only text or an enumeration: all -44; an unknown name -206.
+    handle.GetPropertyInt("nSecurityLevel", &nValue);
+    EXPECT_EQ(nValue, 1); // the strict level by default
+    handle.SetPropertyInt("nSecurityLevel", 4);
     ExpectThrows([&] { handle.GetPropertyInt("dQueryFAR", &nValue); }, -44);
     ExpectThrows([&] { handle.SetPropertyDouble("nSecurityLevel", 2.0); }, -44);
     ExpectThrows([&] { handle.SetPropertyInt("Version", 1); }, -44);
     ExpectThrows([&] { handle.GetPropertyDouble("bMovementDetection", &dValue); }, -44);
     ExpectThrows([&] { handle.SetPropertyInt("nNoSuchThing", 1); }, -206);
-    EXPECT_EQ(handle.Detection().nSecurityLevel, 4);
+    handle.GetPropertyInt("NSECURITYLEVEL", &nValue);
+    EXPECT_EQ(nValue, 4);
 }

@@ -9,7 +9,7 @@
 using Sentivo::NarrowToWide;
 using Sentivo::WideToNarrow;
 
-TEST(Utf, RoundTripsEveryPlane)
+TEST(Utf, RoundTripsEveryPlaneAndCallsIllFormedInputAConversionError)
 {
     // ASCII, two-byte, three-byte and a four-byte character (a surrogate pair).
     const std::u16string wide = u"nSecurityLevel \u00e9\u20ac\U0001F600";
@@ -17,27 +17,16 @@ TEST(Utf, RoundTripsEveryPlane)
     EXPECT_EQ(std::string(WideToNarrow(wide.c_str()).get()), narrow);
     EXPECT_EQ(std::u16string(NarrowToWide(narrow.c_str()).get()), wide);
     EXPECT_EQ(std::string(WideToNarrow(u"").get()), "");
-    EXPECT_EQ(WideToNarrow(nullptr), nullptr);
-    EXPECT_EQ(NarrowToWide(nullptr), nullptr);
-}
+    EXPECT_TRUE(WideToNarrow(nullptr) == nullptr && NarrowToWide(nullptr) == nullptr);
 
-TEST(Utf, IllFormedInputIsAConversionError)
-{
-    const char* const badNarrow[] = {
-        "\x80",             // lone continuation byte
-        "\xC3",             // cut sequence
-        "\xC0\xAF",         // overlong slash
-        "\xE0\x80\xAF",     // overlong three-byte form
-        "\xED\xA0\x80",     // encoded surrogate
-        "\xF4\x90\x80\x80", // beyond U+10FFFF
-        "\xFF",
-    };
-    for (const char* szBad : badNarrow)
+    // A lone continuation byte, a cut sequence, overlong two- and three-byte
+    // forms, an encoded surrogate, a value beyond U+10FFFF, a byte never used.
+    for (const char* szBad :
+         {"\x80", "\xC3", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"})
         ExpectThrows<ClExSystem>([&] { NarrowToWide(szBad); }, ZRC_ERROR_FROM_SYSTEM_FUNCTION,
                                  "Conversions Error");
-    const char16_t loneHigh[] = {u'a', 0xD800, u'b', 0};
-    const char16_t loneLow[] = {0xDC00, 0};
-    const char16_t highAtEnd[] = {u'x', 0xDBFF, 0};
+    const char16_t loneHigh[] = {u'a', 0xD800, u'b', 0}, loneLow[] = {0xDC00, 0},
+                   highAtEnd[] = {u'x', 0xDBFF, 0};
     for (const char16_t* szBad : {loneHigh, loneLow, highAtEnd})
         EXPECT_THROW(WideToNarrow(szBad), ClExSystem);
 }

@@ -1,0 +1,135 @@
+// The fast mask of the prepared capture and the final mask of the feature
+// driver, with the driver's area statistics.
+#include <cmath>
+#include <functional>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "detection/IpExtractFeatures.h"
+#include "detection/IpPrepareFeatureExtraction.h"
+#include "image/Histogram.h"
+#include "image/ImageTestSupport.h"
+#include "support/DetectionImages.h"
+
+using namespace TestImages;
+
+TEST(IpPrepareFeatureExtraction, TextureMustExceed32AndFillTwoThirdsOfTheCleaningWindow)
+{
+    // The fast mask of a texture of nValue in columns 0 to nColumns - 1.
+    const auto fastMask = [](int nValue, int32_t nColumns)
+    {
+        ClImage mask;
+        ClImage texture =
+            ImageOf(60, 60, [=](int32_t x, int32_t) { return x < nColumns ? nValue : 0; });
+        ClIpPrepareFeatureExtraction().MakeFastMask(texture, mask);
+        return mask;
+    };
+    const auto inRow30 = [](int32_t, int32_t y, int v) { return y == 30 && v == 255; };
+    // A texture of exactly 32 is background everywhere; 33 is ridge ground.
+    EXPECT_EQ(Count(fastMask(32, 60), inRow30), 0);
+    EXPECT_EQ(Count(fastMask(33, 60), inRow30), 60);
+    // Texture in columns 0-29. Away from the ends of the columns the 15 x 15
+    // window of column x holds 15 pixels of each of its 37 - x texture
+    // columns: 10 columns at x = 27 (150 pixels) average to exactly 170 and
+    // stay; 9 at x = 28 (135 pixels, 153) go.
+    const ClImage mask = fastMask(200, 30);
+    EXPECT_EQ(mask.Row<uint8_t>(30)[27], 255);
+    EXPECT_EQ(mask.Row<uint8_t>(30)[28], 0);
+    EXPECT_EQ(Count(mask, inRow30), 28);
+}
+
+TEST(IpPrepareFeatureExtraction, AFlatCaptureGivesAnEmptyMaskAndMissingImagesTheirTexts)
+{
+    ClImage capture = Filled(320, 480, 90), prepared, mask;
+    ClIpPrepareFeatureExtraction prepare;
+    ExpectThrows([&] { prepare.Run(); }, -44, "invalid input image");
+    prepare.pInImage = &capture;
+    ExpectThrows([&] { prepare.Run(); }, -44, "invalid output image");
+    prepare.pOutImage = &prepared;
+    ExpectThrows([&] { prepare.Run(); }, -44, "invalid output parameter");
+    prepare.pOutMask = &mask;
+    ASSERT_EQ(prepare.Run(), 0);
+    EXPECT_EQ(Count(mask, [](int32_t, int32_t, int v) { return v != 0; }), 0);
+    EXPECT_EQ(prepared.Row<uint8_t>(240)[160], 128);
+}
+
+TEST(IpExtractFeatures, AreaStatisticsCountBin0OnlyInTheDivisorAndLeaveBin255OutOfTheEntropy)
+{
+    ClHistogram histogram;
+    histogram.m_nBins[0] = 1000;
+    histogram.m_nBins[100] = histogram.m_nBins[255] = 10;
+    double adOut[3];
+    ClIpExtractFeatures::AreaStatistics(histogram, adOut);
+    EXPECT_EQ(adOut[0], 177.5);
+    EXPECT_DOUBLE_EQ(adOut[1], std::sqrt(20 * 77.5 * 77.5 / 1019.0));
+    // Of the 20 area pixels half are at 100; bin 255 is left out.
+    EXPECT_DOUBLE_EQ(adOut[2], -0.5);
+    // An empty area: the mean falls back to the middle of bins 1 to 255, the
+    // deviation to 0 and the entropy to 0 (0 / 0 is never above 0).
+    ClHistogram empty;
+    empty.m_nBins[0] = 153600;
+    ClIpExtractFeatures::AreaStatistics(empty, adOut);
+    EXPECT_EQ(std::vector<double>(adOut, adOut + 3), (std::vector<double>{128.0, 0.0, 0.0}));
+}
+
+TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder1000Pixels)
+{
+    // The final mask that the driver makes of a fast mask of 255 where
+    // inside, on a flat capture, and its pixels of 255 where where(x, y).
+    auto finalMask = [](const std::function<bool(int32_t, int32_t)>& inside)
+    {
+        ClImage capture = Filled(320, 480, 100), mask;
+        ClImage fastMask =
+            ImageOf(320, 480, [&](int32_t x, int32_t y) { return inside(x, y) ? 255 : 0; });
+        ClIpExtractFeatures driver;
+        driver.pInImage = &capture;
+        driver.pInFastMask = &fastMask;
+        driver.pOutMask = &mask;
+        driver.Run();
+        return mask;
+    };
+    auto countIn = [](const ClImage& mask, const std::function<bool(int32_t, int32_t)>& where)
+    { return Count(mask, [&](int32_t x, int32_t y, int v) { return v == 255 && where(x, y); }); };
+
+    // No piece at all: an empty mask.
+    EXPECT_EQ(countIn(finalMask([](int32_t, int32_t) { return false; }),
+                      [](int32_t, int32_t) { return true; }),
+              0);
+    // Two equal pieces: the one whose first pixel comes first in raster
+    // order (rows as stored) stays, eroded by 7 on each side.
+    const ClImage two = finalMask(
+        [](int32_t x, int32_t y)
+        {
+            return (x >= 20 && x < 140 && y >= 30 && y < 200) ||
+                   (x >= 180 && x < 300 && y >= 40 && y < 210);
+        });
+    EXPECT_EQ(countIn(two, [](int32_t x, int32_t) { return x >= 180; }), 0);
+    EXPECT_EQ(countIn(two, [](int32_t x, int32_t) { return x < 140; }), (120 - 14) * (170 - 14));
+    // The erosion widens a hole by 7 pixels on each side: 11 x 26 becomes
+    // 25 x 40 = 1000 pixels and stays, 13 x 23 becomes 27 x 37 = 999 and is
+    // filled.
+    auto withHole = [&](int32_t w, int32_t h)
+    {
+        return finalMask([=](int32_t x, int32_t y)
+                         { return !(x >= 100 && x < 100 + w && y >= 200 && y < 200 + h); });
+    };
+    auto inHole = [](int32_t x, int32_t y) { return x >= 93 && x < 150 && y >= 193 && y < 250; };
+    EXPECT_EQ(countIn(withHole(13, 23), inHole), 57 * 57);
+    EXPECT_EQ(countIn(withHole(11, 26), inHole), 57 * 57 - 1000);
+}
+
+TEST(IpExtractFeatures, RefusesMissingImagesInOrderAndAFastMaskOfAnotherSize)
+{
+    ClImage image = Filled(320, 480, 0), small = Filled(32, 48, 255), mask;
+    ClIpExtractFeatures driver;
+    ExpectThrows([&] { driver.Run(); }, -44, "invalid input image");
+    driver.pInImage = &image;
+    ExpectThrows([&] { driver.Run(); }, -44, "invalid input image");
+    driver.pInFastMask = &image;
+    ExpectThrows([&] { driver.Run(); }, -44, "invalid output parameter");
+    // Refused instead of read past its end.
+    driver.pOutMask = &mask;
+    driver.pInFastMask = &small;
+    EXPECT_THROW(driver.Run(), ClException);
+}

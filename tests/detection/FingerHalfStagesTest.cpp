@@ -1,0 +1,131 @@
+// The stages of the finger half: normalisation, backlight profile and the
+// position check of the fast mask.
+#include <functional>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "detection/IpFingerprintPositionCheck.h"
+#include "detection/IpNormalizeImagesFD.h"
+#include "detection/IpSimpleBacklightCheck.h"
+#include "image/ImageTestSupport.h"
+#include "support/DetectionImages.h"
+
+using namespace TestImages;
+
+TEST(IpNormalizeImagesFD, AContrastOf100IsFilteredAnd99IsFlatGreyOnlyAtTheCaptureSize)
+{
+    // The contrast box holds 50 pixels of 10, 50 of nHigh and their middle
+    // elsewhere; the means of the 50 darkest and brightest judge it.
+    Sentivo::ClIpNormalizeImagesFD normalize;
+    ClImage out;
+    for (int nHigh : {109, 110})
+    {
+        ClImage capture =
+            ImageOf(320, 480,
+                    [=](int32_t x, int32_t y)
+                    {
+                        const bool bRun = x >= 50 && x < 100;
+                        return bRun && y == 100 ? 10 : bRun && y == 200 ? nHigh : (10 + nHigh) / 2;
+                    });
+        ASSERT_EQ(normalize.Run(&capture, &out), 0);
+        EXPECT_EQ(out.DataType(), ClImage::eUInt8);
+        EXPECT_EQ(Count(out, [](int32_t, int32_t, int v) { return v != 128; }) == 0, nHigh == 109);
+    }
+    ClImage small = Blank(ClImage::eUInt8, 320, 476),
+            wrongType = Blank(ClImage::eDouble64, 320, 480);
+    ExpectThrows([&] { normalize.Run(nullptr, &out); }, -701, "Input image not assigned");
+    ExpectThrows([&] { normalize.Run(&wrongType, &out); }, -33);
+    ExpectThrows([&] { normalize.Run(&small, &out); }, -44, "invalid image dimension");
+}
+
+TEST(IpSimpleBacklightCheck, RefusesMissingOrForeignImagesInOrderAndWritesBehindItsPointer)
+{
+    ClImage five = Filled(320, 480, 5), seven = Filled(320, 480, 7),
+            wide = Blank(ClImage::eInt16, 320, 480);
+    ClIpSimpleBacklightCheck check;
+    ExpectThrows([&] { check.Run(); }, -701, "Input backlight image not assigned");
+    check.pInBacklightImage = &five;
+    ExpectThrows([&] { check.Run(); }, -701, "Input dark image not assigned");
+    check.pInDarkImage = &wide;
+    ExpectThrows([&] { check.Run(); }, -33,
+                 "Input pixel type \"int16\" not supported by processor.");
+    // Every band of two constant images is the dark value less the
+    // backlight's; a redirected pointer receives them, not the own profile.
+    double adOut[28] = {};
+    check.pInDarkImage = &seven;
+    check.m_pdOutProfile = adOut;
+    ASSERT_EQ(check.Run(), 0);
+    EXPECT_EQ(std::vector<double>(adOut, adOut + 28), std::vector<double>(28, 2.0));
+    EXPECT_EQ(std::vector<double>(check.m_adProfile, check.m_adProfile + 28),
+              std::vector<double>(28, 0.0));
+}
+
+namespace
+{
+
+using Inside = std::function<bool(int32_t, int32_t)>;
+
+// The check on a 320 x 480 mask, 255 where inside(x, y).
+void ExpectVerdict(const Inside& inside, int32_t nCode, const char* szText = nullptr)
+{
+    ClImage mask = ImageOf(320, 480, [&](int32_t x, int32_t y) { return inside(x, y) ? 255 : 0; });
+    ClIpFingerprintPositionCheck check;
+    check.pInImage = &mask;
+    if (nCode == 0)
+        EXPECT_NO_THROW(check.Run());
+    else
+        ExpectThrows([&] { check.Run(); }, nCode, szText);
+}
+
+// The first n pixels in raster order, plus the pixel (5, nExtra).
+Inside UpTo(int32_t n, int32_t nExtra = -1)
+{
+    return [=](int32_t x, int32_t y) { return y * 320 + x < n || (x == 5 && y == nExtra); };
+}
+
+} // namespace
+
+TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
+{
+    const char* const kSmall = "Fingerprint is to small.";
+    // 3999 mask pixels are no print; 4000 are, and then too small. Exactly
+    // 102400 background pixels pass the area test, one more fails; such a
+    // mask ends above row 300 and fails the upper band test, with its own
+    // text, unless one pixel lies in rows 300-479. No pixel in rows 0-49: not
+    // at the bottom.
+    for (auto [inside, nCode, szText] :
+         {std::tuple{UpTo(3999), -15, "No fingerprint found in image."},
+          std::tuple{UpTo(4000), -768, kSmall}, std::tuple{UpTo(153600 - 102401), -768, kSmall},
+          std::tuple{UpTo(153600 - 102400), -768, "Fingerprint is to small"},
+          std::tuple{UpTo(153600 - 102400, 470), 0, (const char*)nullptr},
+          std::tuple{Inside([](int32_t x, int32_t y) { return y >= 50 && x >= 60 && x < 260; }),
+                     -769, "The fingerprint is not placed correct at the bottom"}})
+        ExpectVerdict(inside, nCode, szText);
+    ClIpFingerprintPositionCheck check;
+    ExpectThrows([&] { check.Run(); }, -701, "Input image not assigned");
+}
+
+TEST(IpFingerprintPositionCheck, SpreadOfTheRowCentresAgainstTheMeanWidth)
+{
+    // Every row holds a print of width 120 whose centre is 160 + a or
+    // 160 - a, alternately. N = 480, so the first row is 1 (row 0 does not
+    // count as first), m = 96 and the kept rows are 97 to 383: 287 of them,
+    // as many as the divisor 480 / 5 * 3 - 1. Q is 287 a^2 and the spread
+    // a^2, against 1.5 times the mean width, 180. One row far to the side
+    // (centre 284.5) adds about 53 to the spread of 169 when it is kept: row
+    // 97 is, row 96 is not.
+    auto zigzag = [](int32_t a, int32_t nOutlierRow)
+    {
+        return [=](int32_t x, int32_t y)
+        {
+            const int32_t l = 100 + (y % 2 == 0 ? a : -a);
+            return y == nOutlierRow ? x >= 250 : x >= l && x <= l + 120;
+        };
+    };
+    ExpectVerdict(zigzag(14, -1), -770, "Finger is placed with too much skewness.");
+    ExpectVerdict(zigzag(13, -1), 0);
+    ExpectVerdict(zigzag(13, 96), 0);
+    ExpectVerdict(zigzag(13, 97), -770);
+}
