@@ -1,66 +1,15 @@
-// The stages of the finger half: normalisation, backlight profile and the
-// position check of the fast mask.
+// The position check of the fast mask: area limits and the spread of the
+// row centres.
 #include <functional>
 #include <tuple>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "detection/IpFingerprintPositionCheck.h"
-#include "detection/IpNormalizeImagesFD.h"
-#include "detection/IpSimpleBacklightCheck.h"
 #include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
-
-TEST(IpNormalizeImagesFD, AContrastOf100IsFilteredAnd99IsFlatGreyOnlyAtTheCaptureSize)
-{
-    // The contrast box holds 50 pixels of 10, 50 of nHigh and their middle
-    // elsewhere; the means of the 50 darkest and brightest judge it.
-    Sentivo::ClIpNormalizeImagesFD normalize;
-    ClImage out;
-    for (int nHigh : {109, 110})
-    {
-        ClImage capture =
-            ImageOf(320, 480,
-                    [=](int32_t x, int32_t y)
-                    {
-                        const bool bRun = x >= 50 && x < 100;
-                        return bRun && y == 100 ? 10 : bRun && y == 200 ? nHigh : (10 + nHigh) / 2;
-                    });
-        ASSERT_EQ(normalize.Run(&capture, &out), 0);
-        EXPECT_EQ(out.DataType(), ClImage::eUInt8);
-        EXPECT_EQ(Count(out, [](int32_t, int32_t, int v) { return v != 128; }) == 0, nHigh == 109);
-    }
-    ClImage small = Blank(ClImage::eUInt8, 320, 476),
-            wrongType = Blank(ClImage::eDouble64, 320, 480);
-    ExpectThrows([&] { normalize.Run(nullptr, &out); }, -701, "Input image not assigned");
-    ExpectThrows([&] { normalize.Run(&wrongType, &out); }, -33);
-    ExpectThrows([&] { normalize.Run(&small, &out); }, -44, "invalid image dimension");
-}
-
-TEST(IpSimpleBacklightCheck, RefusesMissingOrForeignImagesInOrderAndWritesBehindItsPointer)
-{
-    ClImage five = Filled(320, 480, 5), seven = Filled(320, 480, 7),
-            wide = Blank(ClImage::eInt16, 320, 480);
-    ClIpSimpleBacklightCheck check;
-    ExpectThrows([&] { check.Run(); }, -701, "Input backlight image not assigned");
-    check.pInBacklightImage = &five;
-    ExpectThrows([&] { check.Run(); }, -701, "Input dark image not assigned");
-    check.pInDarkImage = &wide;
-    ExpectThrows([&] { check.Run(); }, -33,
-                 "Input pixel type \"int16\" not supported by processor.");
-    // Every band of two constant images is the dark value less the
-    // backlight's; a redirected pointer receives them, not the own profile.
-    double adOut[28] = {};
-    check.pInDarkImage = &seven;
-    check.m_pdOutProfile = adOut;
-    ASSERT_EQ(check.Run(), 0);
-    EXPECT_EQ(std::vector<double>(adOut, adOut + 28), std::vector<double>(28, 2.0));
-    EXPECT_EQ(std::vector<double>(check.m_adProfile, check.m_adProfile + 28),
-              std::vector<double>(28, 0.0));
-}
 
 namespace
 {
@@ -106,7 +55,6 @@ TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
     ClIpFingerprintPositionCheck check;
     ExpectThrows([&] { check.Run(); }, -701, "Input image not assigned");
 }
-
 TEST(IpFingerprintPositionCheck, SpreadOfTheRowCentresAgainstTheMeanWidth)
 {
     // Every row holds a print of width 120 whose centre is 160 + a or
