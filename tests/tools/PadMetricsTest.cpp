@@ -1,6 +1,5 @@
 // The measures of evaluate on score sets small enough to count by hand.
 #include <cmath>
-#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -26,24 +25,19 @@ TEST(PadMetrics, AScoreEqualToTheThresholdIsAccepted)
 
 TEST(PadMetrics, OperatingPointsStepThroughEachDistinctScoreAndAboveAll)
 {
-    // live 60 70 80 90, fake 10 20 30 65 (and a tie of the two classes at 65
-    // is avoided here; ties are below).
-    const ScoreSets scores = {{90.0, 60.0, 80.0, 70.0}, {65.0, 10.0, 30.0, 20.0}};
-    const std::vector<OperatingPoint> points = OperatingPoints(scores);
-    const double aThresholds[] = {10, 20, 30, 60, 65, 70, 80, 90};
+    // live 60 70 80 90, fake 10 20 30 65, given unsorted; no tie between the classes.
+    const std::vector<OperatingPoint> points =
+        OperatingPoints({{90.0, 60.0, 80.0, 70.0}, {65.0, 10.0, 30.0, 20.0}});
+    const double aThresholds[] = {10, 20, 30, 60, 65, 70, 80, 90, INFINITY};
     const double aApcer[] = {1.0, 0.75, 0.5, 0.25, 0.25, 0.0, 0.0, 0.0, 0.0};
     const double aBpcer[] = {0.0, 0.0, 0.0, 0.0, 0.25, 0.25, 0.5, 0.75, 1.0};
     ASSERT_EQ(points.size(), 9u);
     for (size_t i = 0; i < points.size(); ++i)
     {
-        if (i < 8)
-        {
-            EXPECT_EQ(points[i].dThreshold, aThresholds[i]) << i;
-        }
+        EXPECT_EQ(points[i].dThreshold, aThresholds[i]) << i;
         EXPECT_DOUBLE_EQ(points[i].dApcer, aApcer[i]) << i;
         EXPECT_DOUBLE_EQ(points[i].dBpcer, aBpcer[i]) << i;
     }
-    EXPECT_TRUE(std::isinf(points.back().dThreshold));
     EXPECT_EQ(points[3].nFakeAccepted, 1u);
     EXPECT_EQ(points[6].nLiveRejected, 2u);
     // At 65 the rates meet exactly: no interpolation.
@@ -56,70 +50,60 @@ TEST(PadMetrics, OperatingPointsStepThroughEachDistinctScoreAndAboveAll)
 
 TEST(PadMetrics, EqualErrorRateIsReadOnTheLineBetweenThePointsAroundTheCrossing)
 {
-    // live 30 70 90, fake 20 50. At 50: APCER 1/2, BPCER 1/3; at 70: APCER 0,
-    // BPCER 1/3. The line between them is BPCER = 1/3, which meets
-    // APCER = BPCER at 1/3.
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{30, 70, 90}, {20, 50}})), 1.0 / 3.0);
-
-    // A live and a fake capture tie at 40: from (APCER 1/2, BPCER 0) at 40 the
-    // curve goes to (0, 1/2) at 60 in one step; halfway is 1/4.
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{40, 60}, {20, 40}})), 0.25);
-
-    // live 30 55 70 90, fake 10 20 55 60: (1/2, 1/4) at 55, (1/4, 1/2) at 60;
-    // the crossing lies halfway, at 3/8.
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{30, 55, 70, 90}, {10, 20, 55, 60}})), 0.375);
-
-    // Classes apart: 0; the other way round: 1.
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{80, 90}, {10, 20}})), 0.0);
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{10, 20}, {80, 90}})), 1.0);
-    // Every score the same: at that score all is accepted, above it all
-    // rejected; the crossing is at 1/2.
-    EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints({{50, 50}, {50}})), 0.5);
+    const std::pair<ScoreSets, double> cases[] = {
+        // At 50: APCER 1/2, BPCER 1/3; at 70: (0, 1/3). The line between them
+        // is BPCER = 1/3, which meets APCER = BPCER at 1/3.
+        {{{30, 70, 90}, {20, 50}}, 1.0 / 3.0},
+        // A live and a fake tie at 40: from (1/2, 0) at 40 the curve goes to
+        // (0, 1/2) at 60 in one step; halfway is 1/4.
+        {{{40, 60}, {20, 40}}, 0.25},
+        // (1/2, 1/4) at 55, (1/4, 1/2) at 60: the crossing lies halfway, at 3/8.
+        {{{30, 55, 70, 90}, {10, 20, 55, 60}}, 0.375},
+        // Classes apart: 0; the other way round: 1.
+        {{{80, 90}, {10, 20}}, 0.0},
+        {{{10, 20}, {80, 90}}, 1.0},
+        // Every score the same: all accepted at it, all rejected above; 1/2.
+        {{{50, 50}, {50}}, 0.5}};
+    for (const auto& [scores, dEer] : cases)
+        EXPECT_DOUBLE_EQ(*EqualErrorRate(OperatingPoints(scores)), dEer) << dEer;
 }
 
 TEST(PadMetrics, BpcerAtApcerTakesTheLowestThresholdThatKeepsTheAttackShare)
 {
+    auto expect = [](const ScoreSets& scores, double dPercent, double dBpcer, double dThreshold)
+    {
+        const std::optional<BpcerAtApcer> at =
+            BpcerAtApcerOf(scores, OperatingPoints(scores), dPercent);
+        ASSERT_TRUE(at.has_value()) << dPercent;
+        EXPECT_DOUBLE_EQ(at->dBpcer, dBpcer) << dPercent;
+        EXPECT_EQ(at->dThreshold, dThreshold) << dPercent;
+    };
     // 20 fakes at 0, 5, ..., 95; live 50 93 95 98.
     ScoreSets scores;
     for (int i = 0; i < 20; ++i)
         scores.fake.push_back(5.0 * i);
     scores.live = {50.0, 93.0, 95.0, 98.0};
-    const std::vector<OperatingPoint> points = OperatingPoints(scores);
     // APCER at most 5 %: one fake of 20 may pass, so the threshold must lie
     // above 90; the lowest operating threshold there is the live score 93
     // (only the fake at 95 passes), which rejects live 50 alone.
-    const std::optional<BpcerAtApcer> at5 = BpcerAtApcerOf(scores, points, 5);
-    ASSERT_TRUE(at5.has_value());
-    EXPECT_DOUBLE_EQ(at5->dBpcer, 0.25);
-    EXPECT_EQ(at5->dThreshold, 93.0);
+    expect(scores, 5, 0.25, 93.0);
     // At most 1 %: no fake may pass; the next threshold above 95 is the
     // live score 98, which rejects 50, 93 and 95.
-    const std::optional<BpcerAtApcer> at1 = BpcerAtApcerOf(scores, points, 1);
-    ASSERT_TRUE(at1.has_value());
-    EXPECT_DOUBLE_EQ(at1->dBpcer, 0.75);
-    EXPECT_EQ(at1->dThreshold, 98.0);
-
+    expect(scores, 1, 0.75, 98.0);
     // When the highest score is a fake's, only the point above all keeps
     // APCER at 0: every live capture is rejected there.
-    const ScoreSets high = {{10.0, 20.0}, {30.0}};
-    const std::optional<BpcerAtApcer> above = BpcerAtApcerOf(high, OperatingPoints(high), 1);
-    ASSERT_TRUE(above.has_value());
-    EXPECT_DOUBLE_EQ(above->dBpcer, 1.0);
-    EXPECT_TRUE(std::isinf(above->dThreshold));
+    expect({{10.0, 20.0}, {30.0}}, 1, 1.0, INFINITY);
     EXPECT_FALSE(BpcerAtApcerOf({{}, {}}, {}, 5).has_value());
 }
 
 TEST(PadMetrics, HistogramBinsAreHalfOpenWithTheTopInTheLastBin)
 {
-    const std::vector<size_t> counts =
-        Histogram({0.0, 4.99, 5.0, 99.99, 100.0, 150.0, -3.0, 50.0}, 20, 0.0, 100.0);
-    ASSERT_EQ(counts.size(), 20u);
-    EXPECT_EQ(counts[0], 3u);  // 0, 4.99 and -3 below the range
-    EXPECT_EQ(counts[1], 1u);  // 5
-    EXPECT_EQ(counts[10], 1u); // 50
-    EXPECT_EQ(counts[19], 3u); // 99.99, 100 and 150 above the range
-    size_t nTotal = 0;
-    for (const size_t n : counts)
-        nTotal += n;
-    EXPECT_EQ(nTotal, 8u);
+    // 0, 4.99 and -3 below the range in bin 0; 99.99, 100 and 150 above it in bin 19.
+    std::vector<size_t> expected(20, 0);
+    expected[0] = 3;
+    expected[1] = 1;  // 5
+    expected[10] = 1; // 50
+    expected[19] = 3;
+    EXPECT_EQ(Histogram({0.0, 4.99, 5.0, 99.99, 100.0, 150.0, -3.0, 50.0}, 20, 0.0, 100.0),
+              expected);
 }

@@ -2,7 +2,7 @@
 // Runs the tool in the test process, as main does, and keeps what it wrote.
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -29,8 +29,9 @@ inline ToolRun RunSentivo(const std::vector<std::string>& args)
 
 inline std::string ReadFileText(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
 }
 
 inline void WriteFileText(const std::string& path, const std::string& text)
@@ -42,15 +43,9 @@ inline void WriteFileText(const std::string& path, const std::string& text)
 inline std::vector<std::string> Lines(const std::string& text)
 {
     std::vector<std::string> lines;
-    size_t nStart = 0;
-    while (nStart < text.size())
-    {
-        size_t nEnd = text.find('\n', nStart);
-        if (nEnd == std::string::npos)
-            nEnd = text.size();
-        lines.push_back(text.substr(nStart, nEnd - nStart));
-        nStart = nEnd + 1;
-    }
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
     return lines;
 }
 

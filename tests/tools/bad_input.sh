@@ -81,6 +81,16 @@ expect 1 "$work/plain_file: neither a folder nor a manifest (.csv or .jsonl)" ba
 expect 1 "$work/bad_header.csv:1: the header is not current,backlight,dark[,label]" batch "$work/bad_header.csv"
 expect 1 "$work/short_row.csv:2: 2 fields, not 3" batch "$work/short_row.csv"
 expect 1 "$work/broken.jsonl:2: not a JSON object" batch "$work/broken.jsonl"
+# manifest NAME TEXT: a manifest of that text, named by its path.
+manifest() { printf "$2" >"$work/$1"; echo "$work/$1"; }
+h='current,backlight,dark,label\n'
+expect 1 ":2: label 'alive' is neither live, fake nor empty" batch "$(manifest l.csv "${h}c,b,d,alive\n")"
+expect 1 ":2: no path for backlight" batch "$(manifest p.csv "${h}c,,d,live\n")"
+expect 1 "e.csv: empty, needs the header current,backlight,dark[,label]" batch "$(manifest e.csv '')"
+expect 1 "o.csv: the manifest lists no captures" batch "$(manifest o.csv "$h")"
+expect 1 "k.jsonl:1: no path for backlight" batch "$(manifest k.jsonl '{"current": "c", "dark": "d"}\n')"
+expect 1 "m.jsonl:1: label is not a text" batch \
+    "$(manifest m.jsonl '{"current": "c", "backlight": "b", "dark": "d", "label": 1}\n')"
 expect 64 "--threads needs a whole number from 1 to 1024, not '0'" batch --threads 0 "$sample"
 expect 64 "--threads needs a whole number from 1 to 1024, not 'many'" batch --threads many "$sample"
 expect 64 "--format needs csv or jsonl, not 'xml'" batch --format xml "$sample"
@@ -89,12 +99,29 @@ expect 64 "needs at least one SOURCE" batch --quiet
 expect 1 "cannot write $work/plain_file/out.csv" batch --output "$work/plain_file/out.csv" "$sample"
 printf 'not,batch,output\n' >"$work/foreign.csv"
 expect 1 "$work/foreign.csv:1: not the header of batch output" batch --resume --output "$work/foreign.csv" "$sample"
+# Resuming with another format or another choice of features would mix lines.
+"$tool" batch --quiet --output "$work/plain.csv" "$sample" 2>/dev/null
+expect 1 "$work/plain.csv: holds output of another format than jsonl; resume with its own --format" batch --format jsonl --resume --output "$work/plain.csv" "$sample"
+expect 1 "$work/plain.csv: lacks the features" batch --features --resume --output "$work/plain.csv" "$sample"
 
 # evaluate: results and options.
 expect 1 "cannot open $work/none.csv" evaluate "$work/none.csv" --out "$work/ev"
 expect 1 "$text:1: not the header of batch output" evaluate "$text" --out "$work/ev"
 expect 1 "no capture has a label" evaluate "$work/unlabelled.csv" --out "$work/ev"
 expect 1 "$work/bad_score.csv:2: score 'fifty' is not a number" evaluate "$work/bad_score.csv" --out "$work/ev"
+h='current,label,finger_code,message,score\n'
+j='{"current": "a", "label": null, "finger_code": '
+for case in "${h}a,live,0,m\n|r1.csv:2: 4 fields, not 5" \
+    "${h}a,live,0,m,5\nb,alive,0,m,5\n|r2.csv:3: label 'alive' is neither live, fake nor empty" \
+    "${h}a,live,zero,m,5\n|r3.csv:2: finger_code 'zero' is not a whole number" \
+    "${h}a,live,0,m,inf\n|r4.csv:2: score 'inf' is not a number" \
+    "${h}a,live,0,\"m,5\n|r5.csv:2: a quoted field is not closed" \
+    "${j}0, \"score\": 5}\n{\"current\": \"b\",\n|r6.csv:2: not a JSON object" \
+    "${j}0.5, \"score\": 5}\n|r7.csv:1: finger_code is not a whole number" \
+    "${j}0, \"score\": \"5\"}\n|r8.csv:1: score is neither a number nor null"; do
+    name=${case#*|} name=${name%%:*}
+    expect 1 "$work/${case#*|}" evaluate "$(manifest "$name" "${case%%|*}")" --out "$work/ev"
+done
 expect 1 "$work/plain_file/ev" evaluate "$work/unlabelled.csv" "$source_dir/tests/tools/data/evaluate_live.csv" --out "$work/plain_file/ev"
 expect 64 "needs --out DIR" evaluate "$source_dir/tests/tools/data/evaluate_live.csv"
 expect 64 "--far needs a number from 0 to 1, not '2'" evaluate "$work/unlabelled.csv" --out "$work/ev" --far 2
@@ -114,6 +141,9 @@ expect 64 "unexpected operand" demo "$work" "$work"
 expect 64 "unexpected operand 'now'" version now
 expect 64 "unknown command 'frobnicate'" frobnicate
 expect 64 "needs a COMMAND"
+for command in version check score batch evaluate threshold features inspect demo; do
+    expect 64 "sentivo $command: unknown option '--bogus'" $command --bogus
+done
 
 if [ $failures -ne 0 ]; then
     echo "$failures cases failed"
