@@ -16,28 +16,23 @@ int g_nDebugLines = 0;
 
 struct FakeLog
 {
-    void (*Reset)(int nFailAt, int bFailFlush);
-    int (*Count)();
-    int (*Flushes)();
-    const char* (*Line)(int);
-    int32_t (*Level)(int);
+    void* h = dlopen("libVelmoranLoggingFacility.so", RTLD_NOW | RTLD_NOLOAD);
+    void (*Reset)(int nFailAt, int bFailFlush) = Get<decltype(Reset)>("FakeLogReset");
+    int (*Flushes)() = Get<decltype(Flushes)>("FakeLogFlushes");
+    const char* (*Line)(int, int32_t*) = Get<decltype(Line)>("FakeLogLine");
 
-    FakeLog()
+    template <typename F> F Get(const char* szName)
     {
-        void* h = dlopen("libVelmoranLoggingFacility.so", RTLD_NOW | RTLD_NOLOAD);
         EXPECT_NE(h, nullptr) << "the library did not load the logging library";
-        Reset = reinterpret_cast<decltype(Reset)>(dlsym(h, "FakeLogReset"));
-        Count = reinterpret_cast<decltype(Count)>(dlsym(h, "FakeLogCount"));
-        Flushes = reinterpret_cast<decltype(Flushes)>(dlsym(h, "FakeLogFlushes"));
-        Line = reinterpret_cast<decltype(Line)>(dlsym(h, "FakeLogLine"));
-        Level = reinterpret_cast<decltype(Level)>(dlsym(h, "FakeLogLevel"));
+        return reinterpret_cast<F>(dlsym(h, szName));
     }
-
+    // "level text" of every line.
     std::vector<std::string> Lines() const
     {
         std::vector<std::string> lines;
-        for (int i = 0; i < Count(); ++i)
-            lines.push_back(std::to_string(Level(i)) + " " + Line(i));
+        int32_t nLevel = 0;
+        for (int i = 0; const char* szLine = Line(i, &nLevel); ++i)
+            lines.push_back(std::to_string(nLevel) + " " + szLine);
         return lines;
     }
 };
@@ -57,58 +52,43 @@ TEST(LoggingFacility, TakesEveryLineWithItsLevelAndFlushesEach)
     ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
     EXPECT_EQ(SentivoReset(nullptr), ZRC_ERROR_NO_HANDLE);
     ASSERT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
-    const std::vector<std::string> expected = {
-        "7 SentivoInitialize((nil)) Enter",
-        "7 SentivoInitialize((nil)) Leave",
-        "7 SentivoReset Enter",
-        "3 SentivoReset Error(-42): The handle parameter is set to NULL.",
-        "7 SentivoUninitialize(void) Enter",
-        "7 SentivoUninitialize(void) Leave",
-    };
-    EXPECT_EQ(log.Lines(), expected);
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                               "7 SentivoInitialize((nil)) Enter",
+                               "7 SentivoInitialize((nil)) Leave",
+                               "7 SentivoReset Enter",
+                               "3 SentivoReset Error(-42): The handle parameter is set to NULL.",
+                               "7 SentivoUninitialize(void) Enter",
+                               "7 SentivoUninitialize(void) Leave",
+                           }));
     EXPECT_EQ(log.Flushes(), 6);
     EXPECT_EQ(g_nDebugLines, 0);
 }
 
-TEST(LoggingFacility, AFailingLineTurnsTheCallIntoLoggingError)
+TEST(LoggingFacility, AFailingLineTurnsTheCallIntoLoggingErrorAndWhenEveryLineFailsItThrows)
 {
     FakeLog log;
     ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
     SentivoHandle hHandle = nullptr;
     ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
+    // The Enter line fails (or its flush does), the Error line of the handler gets through.
+    for (int bFailFlush : {0, 1})
+    {
+        log.Reset(1, bFailFlush);
+        EXPECT_EQ(SentivoReset(hHandle), ZRC_ERROR_LOGGING);
+        const std::vector<std::string> lines = log.Lines();
+        EXPECT_EQ(lines.size(), 1u + bFailFlush);
+        EXPECT_EQ(lines.back(), "3 SentivoReset Error(-49): An error occurred in the log function, "
+                                "maybe log full.");
+    }
 
-    // The Enter line fails, the Error line of the handler gets through.
-    log.Reset(1, 0);
-    EXPECT_EQ(SentivoReset(hHandle), ZRC_ERROR_LOGGING);
-    ASSERT_EQ(log.Count(), 1);
-    EXPECT_EQ(std::string(log.Line(0)),
-              "SentivoReset Error(-49): An error occurred in the log function, maybe log full.");
-
-    // A failing flush counts as a failing line.
-    log.Reset(1, 1);
-    EXPECT_EQ(SentivoReset(hHandle), ZRC_ERROR_LOGGING);
-
-    log.Reset(0, 0);
-    EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
-    ASSERT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
-}
-
-TEST(LoggingFacility, WhenEveryLineFailsTheExceptionLeavesTheLibrary)
-{
-    FakeLog log;
-    ASSERT_EQ(SentivoInitialize(nullptr), ZRC_SUCCESS);
-    SentivoHandle hHandle = nullptr;
-    ASSERT_EQ(SentivoCreateHandle(&hHandle), ZRC_SUCCESS);
-
+    // Every line fails: the Error line in the handler fails again and the
+    // exception leaves; the trace of the two set-up functions stands outside
+    // their try block; the silent functions write nothing and keep working.
     log.Reset(-1, 0);
-    // The Enter line fails, and the Error line in the handler fails again.
     EXPECT_THROW(SentivoDetectFinger(hHandle), std::exception);
-    // The trace of the two set-up functions stands outside their try block.
     EXPECT_THROW(SentivoInitialize(nullptr), std::exception);
     EXPECT_THROW(SentivoUninitialize(), std::exception);
-    // The silent functions write nothing and keep working.
     EXPECT_EQ(SentivoDestroyHandle(&hHandle), ZRC_SUCCESS);
-
     log.Reset(0, 0);
     ASSERT_EQ(SentivoUninitialize(), ZRC_SUCCESS);
 }

@@ -6,14 +6,8 @@
 
 static int g_nFailures = 0;
 
-static void Check(int bHolds, const char* szWhat)
-{
-    if (!bHolds)
-    {
-        fprintf(stderr, "failed: %s\n", szWhat);
-        ++g_nFailures;
-    }
-}
+#define Check(bHolds, szWhat)                                                                      \
+    (void)((bHolds) || (fprintf(stderr, "failed: %s\n", szWhat), ++g_nFailures))
 
 int main(void)
 {

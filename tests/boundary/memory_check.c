@@ -30,8 +30,7 @@ int main(int argc, char** argv)
     SentivoHandle h = NULL;
     if (SentivoCreateHandle(&h) != ZRC_SUCCESS)
         return 1;
-    int nJudged = 0;
-    for (int n = 0; nJudged < 50; ++n)
+    for (int n = 0; n < 50; ++n)
     {
         const char* szFolder = argv[1 + n % (argc - 1)];
         for (int k = 0; k < 3; ++k)
@@ -52,7 +51,6 @@ int main(int argc, char** argv)
         SentivoDetectFinger(h);
         const int32_t nCode = SentivoEvaluateLiveliness(h, &dScore);
         printf("%-60s %5d %.6f\n", szFolder, (int)nCode, dScore);
-        ++nJudged;
     }
     SentivoDestroyHandle(&h);
     return SentivoUninitialize() == ZRC_SUCCESS ? 0 : 1;

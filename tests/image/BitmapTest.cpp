@@ -32,22 +32,16 @@ TEST(Bitmap, CheckHeaderReportsTheFirstFailingTestInOrder)
         f(*pInfo);
         ExpectThrows([&] { ClBitmap::CheckHeader(pInfo); }, nCode, szText);
     }
-    for (uint16_t nBits : {1, 4, 8, 16, 24, 32})
-        for (uint32_t nCompression : {0u, 1u, 2u, 3u})
-        {
-            block = MakeBitmapBlock(4, 2, nBits, 0, nCompression);
-            EXPECT_NO_THROW(ClBitmap::CheckHeader(block.data()));
-        }
+    for (uint32_t nCompression : {1u, 2u}) // the other counts and kinds pass below
+        EXPECT_NO_THROW(ClBitmap::CheckHeader(MakeBitmapBlock(4, 2, 4, 0, nCompression).data()));
 }
 
 TEST(Bitmap, SizedBlocksMustHoldHeaderColoursAndEveryPixelRow)
 {
-    // Colour tables by bit count, compression and colours used, and rows of
-    // whole 32-bit words; each block in an allocation of exactly its size.
-    // Every size short of the whole is refused with -21, also where exactly
-    // the header or the header and colour table end. Behind "BM", 2 to 14
-    // bytes cannot hold the file header (-10); from 15 on the info header is
-    // short; a single byte cannot hold the signature.
+    // Colour tables by bit count, compression and colours used, rows of whole
+    // 32-bit words; each block in an allocation of exactly its size. Every
+    // shorter size is refused with -21, except behind "BM" 2 to 14 bytes,
+    // which cannot hold the file header (-10).
     for (auto [nWidth, nBits, nCompression, nClrUsed, nColours, bFile] :
          {std::tuple{4, 8, 0u, 0u, 256u, false}, std::tuple{4, 8, 0u, 0u, 256u, true},
           std::tuple{3, 8, 0u, 17u, 17u, false}, std::tuple{33, 1, 0u, 0u, 2u, true},

@@ -10,8 +10,8 @@
 #include "image/Bitmap.h"
 #include "sdk/Exception.h"
 
-// Runs f and expects an exception of type E with the given code and, when
-// given, the given remark (the text after the table's description line).
+// f throws an E of the code and, when given, the remark (the text after the
+// table's description line).
 template <typename E = ClException, typename F>
 void ExpectThrows(F&& f, int32_t nCode, const char* szRemark = nullptr)
 {
@@ -28,9 +28,8 @@ void ExpectThrows(F&& f, int32_t nCode, const char* szRemark = nullptr)
     }
 }
 
-// An info header, a colour table of nEntries and pixel rows (each a whole
-// number of 32-bit words) whose bytes count up from 1; optionally behind a
-// 14-byte file header.
+// An info header, a colour table of nEntries and pixel rows of whole 32-bit
+// words whose bytes count up from 1; optionally behind a file header.
 inline std::vector<uint8_t> MakeBitmapBlock(int32_t nWidth, int32_t nHeight, uint16_t nBitCount,
                                             size_t nEntries, uint32_t nCompression = 0,
                                             bool bFileHeader = false)
@@ -49,8 +48,8 @@ inline std::vector<uint8_t> MakeBitmapBlock(int32_t nWidth, int32_t nHeight, uin
     return block;
 }
 
-// The first nSize bytes of a block in an allocation of exactly that size, so
-// that the sanitizer build catches any read behind it.
+// The first nSize bytes of a block in an allocation of exactly that size, for
+// the sanitizer build to catch any read behind it.
 inline std::unique_ptr<uint8_t[]> ExactCopy(const std::vector<uint8_t>& block, size_t nSize)
 {
     std::unique_ptr<uint8_t[]> copy(new uint8_t[nSize]);

@@ -1,11 +1,13 @@
+// The one-to-one bases, new and old: table and direct paths, in-place and
+// swap rules, and the tables of every shape.
 #include <cmath>
 #include <functional>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "image/ImageTestSupport.h"
 #include "processing/Ip1To1Base.h"
+#include "processing/Ip1To1BaseOld.h"
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -13,8 +15,7 @@ using namespace TestImages;
 namespace
 {
 
-// A one-to-one operator for the base's own rules: 2 × s + 1.5, counting its
-// calls and those of PrepareOutput.
+// 2 × s + 1.5, counting its calls and those of PrepareOutput.
 class ClTwiceAndAHalf : public NewIpBase::ClIp1to1Base
 {
 public:
@@ -45,12 +46,31 @@ template <typename T> T Expected(T s)
     return SampleFromDouble<T>(2.0 * s + 1.5);
 }
 
+// The old base: s ÷ 3 − 7.25.
+class ClThirdLessSeven : public ClIp1to1Base
+{
+public:
+    ClProcessorBase* NewInstance() const override { return NewProcessor<ClThirdLessSeven>(); }
+    const char* GetName() const override { return "ClThirdLessSeven"; }
+    double PixelOp(const ClImage&, const ClImage&, double dSample) override
+    {
+        ++nCalls;
+        return dSample / 3.0 - 7.25;
+    }
+    int32_t RunOn(ClImage* pIn, ClImage* pOut, ClImage::EDataType eOut)
+    {
+        m_pInImage = pIn, m_pOutImage = pOut, m_eOutImageType = eOut;
+        return Run();
+    }
+    int nCalls = 0;
+};
+
 } // namespace
 
 TEST(Ip1to1Base, TableAndDirectPathsFollowThePixelFunctionOnEveryType)
 {
-    // In place on three-plane images: the 8-bit table covers planes × width
-    // samples per row, the direct path only width samples, leaving the rest.
+    // Three planes in place: the 8-bit table covers planes × width samples
+    // per row, the direct path only width samples, leaving the rest.
     for (ClImage::EDataType eType : AllTypes())
         for (bool bLookup : {true, false})
         {
@@ -67,9 +87,7 @@ TEST(Ip1to1Base, TableAndDirectPathsFollowThePixelFunctionOnEveryType)
                                  { return bTable || i < 9 ? Expected(s) : s; }),
                       0);
         }
-
-    // Truncation toward zero and wrapping, worked by hand: 201.5 -> 201 ->
-    // -55; -4.5 -> -4; -254.5 -> -254 -> 2.
+    // Truncation toward zero and wrapping: 201.5 -> -55; -4.5 -> -4; -254.5 -> 2.
     ClImage small = OneRow(ClImage::eInt8, {100, -3, -128});
     ASSERT_EQ(ClTwiceAndAHalf().Run(&small), 0);
     EXPECT_EQ(RowOf(small), (std::vector<double>{-55, -4, 2}));
@@ -78,8 +96,7 @@ TEST(Ip1to1Base, TableAndDirectPathsFollowThePixelFunctionOnEveryType)
 TEST(Ip1to1Base, InPlaceAndSwapRulesKeepTheCallersObject)
 {
     // Only in place on one object is PrepareOutput skipped and the input's
-    // buffer overwritten. Otherwise the input keeps its samples, and one
-    // object for both roles gets the result through a temporary and a swap.
+    // buffer overwritten; one object without the flag goes through a swap.
     const ClImage source = RandomImage(ClImage::eUInt16, 6, 4, 1, 23);
     for (bool bInPlace : {false, true})
         for (bool bOneObject : {false, true})
@@ -103,25 +120,25 @@ TEST(Ip1to1Base, InPlaceAndSwapRulesKeepTheCallersObject)
 
 TEST(Ip1to1Base, TablesOfEveryShapeAreAppliedEntryByEntry)
 {
-    // Steps at every entry (a binarisation's table, applied by comparison),
-    // a table of one value, of three values, and of NaN entries, into every
-    // output type, on rows of every width up to 31 holding all 256 bytes.
-    std::vector<std::function<double(double)>> tables;
+    // Steps at every entry (applied by comparison), two values in three runs,
+    // NaN entries and a line, into every output type, on rows of widths up to
+    // 31 holding all 256 bytes.
+    std::vector<std::function<double(double)>> tables = {
+        [](double s) { return s >= 10 && s < 20 ? 2.0 : 1.0; },
+        [](double s) { return s < 100 ? std::nan("") : 7.0; },
+        [](double s) { return 3.0 * s - 100.0; }};
     for (int32_t k = 0; k <= 256; k += (k < 4 || k > 250) ? 1 : 7)
         tables.push_back([k](double s) { return s >= k ? -3.25 : 200.0; });
-    tables.push_back([](double s) { return s < 10 ? 1.0 : s < 20 ? 2.0 : 1.0; });
-    tables.push_back([](double s) { return s < 100 ? std::nan("") : 7.0; });
-    tables.push_back([](double s) { return 3.0 * s - 100.0; });
     for (ClImage::EDataType eOut : AllTypes())
         for (int32_t nWidth = 1; nWidth <= 31; nWidth += 3)
         {
             ClImage in = RandomImage(ClImage::eUInt8, nWidth, 256 / nWidth + 1, 1, 40 + nWidth);
-            for (int32_t i = 0; i < 256; ++i) // every byte occurs
+            for (int32_t i = 0; i < 256; ++i)
                 in.Row<uint8_t>(i / nWidth)[i % nWidth] = static_cast<uint8_t>(i);
             for (size_t t = 0; t < tables.size(); ++t)
             {
                 SCOPED_TRACE(testing::Message()
-                             << ClImage::TypeText(eOut) << " width " << nWidth << " table " << t);
+                             << ClImage::TypeText(eOut) << " " << nWidth << " " << t);
                 ClImage out;
                 out.CreateAs(in, eOut);
                 SelectDataType(eOut,
@@ -137,4 +154,41 @@ TEST(Ip1to1Base, TablesOfEveryShapeAreAppliedEntryByEntry)
                           0);
             }
         }
+}
+
+TEST(Ip1to1BaseOld, EveryInputAndOutputTypePairFollowsThePixelFunction)
+{
+    // Three planes into a cleared output: the 8-bit table covers them all,
+    // the direct path the first width samples of a row.
+    for (ClImage::EDataType eIn : AllTypes())
+        for (ClImage::EDataType eOut : AllTypes())
+        {
+            SCOPED_TRACE(std::string(ClImage::TypeText(eIn)) + " -> " + ClImage::TypeText(eOut));
+            const ClImage source = RandomImage(eIn, 5, 3, 3, 31);
+            ClImage in(source), out;
+            out.Create(eOut, 5, 3, 3);
+            std::memset(out.Data(), 0, static_cast<size_t>(out.ByteSize()));
+            ClThirdLessSeven op;
+            ASSERT_EQ(op.RunOn(&in, &out, eOut), 0);
+            ASSERT_EQ(out.DataType(), eOut);
+            const bool bTable = eIn == ClImage::eUInt8;
+            EXPECT_EQ(op.nCalls, bTable ? 256 : 15);
+            EXPECT_EQ(CountWrong(source, out,
+                                 [&](auto s, int32_t i, int32_t, auto o)
+                                 {
+                                     using TO = decltype(o);
+                                     return bTable || i < 5 ? SampleFromDouble<TO>(s / 3.0 - 7.25)
+                                                            : TO(0);
+                                 }),
+                      0);
+        }
+    // One object for both roles: 30 -> 2.75 and 0 -> -7.25 into floats,
+    // whose bounds are the type's; a type that is no sample format: -101.
+    ClImage image = OneRow(ClImage::eUInt8, {30, 0}), out;
+    ClThirdLessSeven op;
+    ASSERT_EQ(op.RunOn(&image, &image, ClImage::eFloat32), 0);
+    EXPECT_EQ(RowOf(image), (std::vector<double>{2.75, -7.25}));
+    EXPECT_EQ(image.LowerBound(), -1.0);
+    EXPECT_EQ(op.RunOn(&image, &out, static_cast<ClImage::EDataType>(3)), ZRC_ERROR_INTERNAL);
+    EXPECT_EQ(out.Data(), nullptr);
 }
