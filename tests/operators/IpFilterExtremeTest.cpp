@@ -21,12 +21,8 @@ namespace
 // 2 (w / 2) + 1 samples; a width of 1 or less copies.
 template <typename T> ClImage CutOffExtreme(bool bMax, const ClImage& in, int32_t nMode, int32_t w)
 {
-    auto extreme = [bMax](const std::vector<T>& v)
-    {
-        T m = v[0];
-        for (T s : v)
-            m = bMax ? std::max(m, s) : std::min(m, s);
-        return m;
+    auto extreme = [bMax](const std::vector<T>& v) {
+        return bMax ? *std::max_element(v.begin(), v.end()) : *std::min_element(v.begin(), v.end());
     };
     ClImage result = in;
     for (int32_t nPass : {eModeX, eModeY})

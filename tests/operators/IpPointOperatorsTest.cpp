@@ -115,10 +115,7 @@ TEST(IpBinarizeGlobal, DerivedAndGivenThresholdsLimitsAndTheStatusText)
     EXPECT_EQ(fresh.Run(&image, &image, 255.5), ZRC_ERROR_PARAM_OUT_OF_RANGE);
     fresh.m_dWhite = 256;
     EXPECT_EQ(fresh.Run(&image, &image, 100), ZRC_ERROR_PARAM_OUT_OF_RANGE);
-}
 
-TEST(IpBinarizeGlobal, EightBitThresholdsAcrossTheRangeMatchAPlainComparison)
-{
     // The 8-bit table, colours in either order and equal, into the input and
     // into a separate output.
     for (double dThreshold : {0.0, 0.5, 1.0, 100.25, 127.5, 128.0, 254.5, 255.0})
@@ -128,15 +125,13 @@ TEST(IpBinarizeGlobal, EightBitThresholdsAcrossTheRangeMatchAPlainComparison)
             {
                 SCOPED_TRACE(testing::Message() << dThreshold << " " << dBlack << " " << dWhite
                                                 << " width " << nWidth);
-                ClImage source = RandomImage(ClImage::eUInt8, nWidth, 9, 1, 70 + nWidth);
+                ClImage source = RandomImage(ClImage::eUInt8, nWidth, 9, 1, 70 + nWidth), out;
                 for (int32_t i = 0; i < nWidth * 9; ++i)
                     source.Row<uint8_t>(i / nWidth)[i % nWidth] = static_cast<uint8_t>(i * 37);
-                ClImage image, out;
                 image.Assign(source);
-                ClIpBinarizeGlobal op;
-                op.m_dBlack = dBlack, op.m_dWhite = dWhite;
-                ASSERT_EQ(op.Run(&image, &out, dThreshold), 0);
-                ASSERT_EQ(op.Run(&image, &image, dThreshold), 0);
+                fresh.m_dBlack = dBlack, fresh.m_dWhite = dWhite;
+                ASSERT_EQ(fresh.Run(&image, &out, dThreshold), 0);
+                ASSERT_EQ(fresh.Run(&image, &image, dThreshold), 0);
                 auto expected = [&](auto s, int32_t, int32_t, auto)
                 { return SampleFromDouble<uint8_t>(s >= dThreshold ? dWhite : dBlack); };
                 EXPECT_EQ(CountWrong(source, out, expected) + CountWrong(source, image, expected),
@@ -164,12 +159,11 @@ TEST(IpConvertDataType, EveryTypePairWithAndWithoutRounding)
                                      [&](auto s, int32_t, int32_t, auto o)
                                      {
                                          using TO = decltype(o);
-                                         if (bRound && eIn != eOut)
-                                             return SampleFromDouble<TO>(s + 0.5);
-                                         if constexpr (std::is_floating_point_v<decltype(s)>)
-                                             return SampleFromDouble<TO>(s);
-                                         else
-                                             return static_cast<TO>(s);
+                                         return bRound && eIn != eOut
+                                                    ? SampleFromDouble<TO>(s + 0.5)
+                                                : std::is_floating_point_v<decltype(s)>
+                                                    ? SampleFromDouble<TO>(s)
+                                                    : static_cast<TO>(s);
                                      }),
                           0);
             }

@@ -10,10 +10,9 @@ using namespace TestImages;
 namespace
 {
 
-// The difference as the operator defines it: in 32 bits (here 64) for
-// inputs of 8 and 16 bits, in the widest type of the three otherwise, 32-bit
-// integers wrapping; clamped to [lo, hi] with a negative difference going to
-// lo on unsigned outputs.
+// The difference in 32 bits (here 64) for inputs of 8 and 16 bits, in the
+// widest type of the three otherwise, 32-bit integers wrapping; clamped to
+// [lo, hi], a negative difference going to lo on unsigned outputs.
 template <typename T1, typename T2, typename TO> TO Reference(T1 a, T2 b, TO lo, TO hi)
 {
     constexpr bool bNarrow =
@@ -54,7 +53,6 @@ int WrongDifferences(const ClImage& first, const ClImage& second, const ClImage&
     return SelectDataType(second.DataType(), count);
 }
 
-// Runs a subtraction of the range type with the user's range lo..hi.
 int32_t Subtract(int32_t nRange, double dLo, double dHi, ClImage first, ClImage second,
                  ClImage& out, ClImage::EDataType eOut)
 {
@@ -69,37 +67,22 @@ int32_t Subtract(int32_t nRange, double dLo, double dHi, ClImage first, ClImage 
 // lower), a and b stepping through the inputs' bounds (at most 256 steps), is
 // a − b clamped to the output's bounds; other entries are 0; a pair of bytes,
 // read as unsigned, takes entry first byte × 256 + second byte.
-template <typename TO>
-std::vector<TO> DefinedTable(const ClImage& first, const ClImage& second, const ClImage& out)
+int WrongTableEntries(const ClImage& first, const ClImage& second, const ClImage& out)
 {
-    std::vector<TO> table(65536, TO(0));
     const double lo = std::min(out.LowerBound(), out.UpperBound());
     const double hi = std::max(out.LowerBound(), out.UpperBound());
+    std::vector<double> table(65536, 0.0);
     for (int ia = 0; ia < 256 && first.LowerBound() + ia <= first.UpperBound(); ++ia)
         for (int ib = 0; ib < 256 && second.LowerBound() + ib <= second.UpperBound(); ++ib)
         {
             const double d = (first.LowerBound() + ia) - (second.LowerBound() + ib);
-            table[ia * 256 + ib] = SampleFromDouble<TO>(d < lo ? lo : d > hi ? hi : d);
+            table[ia * 256 + ib] = d < lo ? lo : d > hi ? hi : d;
         }
-    return table;
-}
-
-int WrongTableEntries(const ClImage& first, const ClImage& second, const ClImage& out)
-{
-    return SelectDataType(
-        out.DataType(),
-        [&](auto tag)
-        {
-            using TO = typename decltype(tag)::Type;
-            const std::vector<TO> table = DefinedTable<TO>(first, second, out);
-            int nWrong = 0;
-            for (int32_t y = 0; y < first.Height(); ++y)
-                for (int32_t x = 0; x < first.Width(); ++x)
-                    nWrong += !BitEqual(
-                        out.Row<TO>(y)[x],
-                        table[first.Row<uint8_t>(y)[x] * 256 + second.Row<uint8_t>(y)[x]]);
-            return nWrong;
-        });
+    return CountWrong(first, out,
+                      [&](auto a, int32_t i, int32_t y, auto o) {
+                          return SampleFromDouble<decltype(o)>(
+                              table[uint8_t(a) * 256 + second.Row<uint8_t>(y)[i]]);
+                      });
 }
 
 } // namespace
@@ -179,13 +162,13 @@ TEST(IpSubtract, AboveTheBreakEvenTheTableGivesItsEntryForEveryPair)
 
     // An 8-bit output with bounds of its own, reached by a direct Dispatch:
     // clamped to 20..200 rather than floored at 0.
+    ClIpSubtract user;
+    user.m_eRangeType = ClIpSubtract::eUserDependent;
+    const int64_t nPitch = first.RowPitch();
     for (auto [dLower, dUpper] : {std::pair{20.0, 200.0}, {255.0, 0.0}, {-5.0, 300.0}})
     {
         out.Create(ClImage::eUInt8, 301, 300);
         out.SetBounds(dLower, dUpper);
-        const int64_t nPitch = first.RowPitch();
-        ClIpSubtract user;
-        user.m_eRangeType = ClIpSubtract::eUserDependent;
         ASSERT_EQ(
             user.Dispatch(first, second, out, 301, 300, 1, 1, 0, nPitch, 0, nPitch, 0, nPitch), 0);
         EXPECT_EQ(WrongTableEntries(first, second, out), 0) << dLower << " " << dUpper;
