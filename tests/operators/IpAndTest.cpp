@@ -10,14 +10,13 @@ using namespace TestImages;
 TEST(IpAnd, CombinesBytesRowByRowWithTheFirstsStride)
 {
     // Per row, width × planes bytes at the first's stride in all three
-    // buffers: the whole row of one-byte samples, half of one of 16-bit ones.
-    // A one-plane second gives one byte per pixel of a first of three or four
-    // planes (other pairs do nothing) and is not read past its buffer; what
-    // is not combined keeps the output's 0x77. Rows of every width up to 33.
+    // buffers (half a row of 16-bit samples). A one-plane second gives one
+    // byte per pixel of a first of three or four planes (other pairs do
+    // nothing) and is not read past its end; the rest keeps the output's 0x77.
     const std::tuple<ClImage::EDataType, uint32_t, uint32_t> cases[] = {
-        {ClImage::eInt8, 1, 1},  {ClImage::eUInt8, 1, 1},  {ClImage::eUInt8, 2, 2},
-        {ClImage::eUInt8, 3, 3}, {ClImage::eInt8, 4, 4},   {ClImage::eUInt8, 3, 1},
-        {ClImage::eUInt8, 4, 1}, {ClImage::eUInt16, 1, 1}, {ClImage::eInt32, 3, 3},
+        {ClImage::eInt8, 1, 1},   {ClImage::eUInt8, 1, 1},  {ClImage::eUInt8, 2, 2},
+        {ClImage::eUInt8, 3, 3},  {ClImage::eInt8, 4, 4},   {ClImage::eUInt8, 3, 1},
+        {ClImage::eUInt8, 4, 1},  {ClImage::eUInt16, 1, 1}, {ClImage::eInt32, 3, 3},
         {ClImage::eUInt16, 3, 1}, {ClImage::eUInt8, 2, 1}};
     ClIpAnd op;
     for (const auto& [eType, nFirstPlanes, nSecondPlanes] : cases)
@@ -47,9 +46,8 @@ TEST(IpAnd, CombinesBytesRowByRowWithTheFirstsStride)
                 }
             EXPECT_EQ(nWrong, 0);
         }
-    // Mixed types are refused.
-    ClImage u8 = RandomImage(ClImage::eUInt8, 4, 4, 1, 115);
-    ClImage i8 = RandomImage(ClImage::eInt8, 4, 4, 1, 116), out;
+    ClImage u8 = RandomImage(ClImage::eUInt8, 4, 4, 1, 115), out; // mixed types: refused
+    ClImage i8 = RandomImage(ClImage::eInt8, 4, 4, 1, 116);
     EXPECT_EQ(op.Run(&u8, &i8, &out), ZRC_ERROR_PARAM_IS_MISSING);
     EXPECT_EQ(out.Data(), nullptr);
 }

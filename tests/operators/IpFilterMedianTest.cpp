@@ -1,5 +1,4 @@
-// ClIpFilterMedian against the median of each window, sorted sample by
-// sample, on random images of every type, and its limits on the width.
+// ClIpFilterMedian against the median of each window, and its width limits.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,10 +14,9 @@ using namespace WindowReference;
 namespace
 {
 
-// Mode X and Mode Y keep the window symmetric, its half width at most the
-// distance to the border; Mode XY is a square of an odd width of 3 to 101
-// with clamped coordinates, for 8-bit data only. A width of 1 or less
-// copies; below 3 (and above 100 in Mode XY) is -35.
+// Lines keep the window symmetric, its half width at most the distance to the
+// border; Mode XY is an 8-bit square of an odd width of 3 to 101 with clamped
+// coordinates. A width of 1 or less copies; below 3 (above 100 in XY) is -35.
 template <typename T>
 int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& expected)
 {
@@ -33,8 +31,7 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
         return ZRC_ERROR_FORMAT_NOTSUPPORTED;
     if (bSquare)
         nMember |= 1;
-    // Planes are filtered one after the other with the member as the first
-    // left it: 100 forced to 101 refuses the second plane.
+    // The first plane leaves the member 100 forced to 101: the second is refused.
     if (bSquare && in.Planes() > 1 && w == 100)
         return ZRC_ERROR_PARAM_OUT_OF_RANGE;
     const long h = nMember / 2;
@@ -89,6 +86,5 @@ TEST(IpFilterMedian, EveryTypeMatchesTheMedianOfItsWindows)
                         ExpectAllWidths<decltype(t)>(in);
                 });
     for (auto [w, h] : Sizes()) // ties
-        ExpectAllWidths<uint8_t>(
-            ImageOf<uint8_t>(ClImage::eUInt8, w, h, 1, {0, 1, 255}, nSeed++));
+        ExpectAllWidths<uint8_t>(ImageOf<uint8_t>(ClImage::eUInt8, w, h, 1, {0, 1, 255}, nSeed++));
 }

@@ -1,13 +1,12 @@
-// ClIpFilterMid against the mean of each cut-off window, summed sample by
-// sample: integer results bit for bit, 8-bit boxes up to the largest that
-// the single-precision quotient serves.
+// ClIpFilterMid against the mean of each cut-off window: integer results bit
+// for bit, 8-bit boxes up to the largest that the float quotient serves.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <vector>
 
 #include "operators/IpFilterMid.h"
-#include "support/SampleReference.h"
+#include "support/OperatorTestImages.h"
 #include "WindowReference.h"
 
 using namespace TestImages;
@@ -16,9 +15,8 @@ using namespace WindowReference;
 namespace
 {
 
-// The mean of a window: integer sums start at the rounding term w / 2 along
-// a line and at 0 in a box, and divide toward zero by the samples of the
-// window, along a line by at most w; floating sums are formed in double.
+// Integer sums start at w / 2 along a line, at 0 in a box, and divide toward
+// zero by the window's samples, along a line by at most w; floating sums in double.
 template <typename T> auto Mean(bool bBox, long w)
 {
     return [=](const std::vector<T>& v)
@@ -33,10 +31,9 @@ template <typename T> auto Mean(bool bBox, long w)
     };
 }
 
-// The width is forced odd. Mode X and Mode Y shorten a width that is not
-// below the line to the line's length - 1 (0 is -101), and divide by w in
-// the interior even when a shortened w is even. Mode XY copies an image
-// smaller than the window.
+// The width is forced odd. Lines shorten a width not below the line's length
+// to that length - 1 (0 is -101), and divide by w inside even when it is then
+// even. Mode XY copies an image smaller than the window.
 template <typename T>
 int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& expected)
 {
@@ -52,8 +49,7 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
     return 0;
 }
 
-// Every mode and width against the definition: integer results exactly,
-// floating ones (running sums in the sample type) up to their rounding.
+// Floating results (running sums in the sample type) up to their rounding.
 template <typename T> void ExpectAllWidths(const ClImage& in)
 {
     ClIpFilterMid mid;
@@ -77,8 +73,7 @@ template <typename T> void ExpectAllWidths(const ClImage& in)
         }
 }
 
-// The definition at the given samples of a large 8-bit image, for boxes too
-// big to check everywhere.
+// The definition at some samples of a large 8-bit image.
 void ExpectAtSamples(const ClImage& in, int32_t nMode, int32_t nWidth,
                      const std::vector<std::pair<long, long>>& samples)
 {
@@ -99,19 +94,6 @@ void ExpectAtSamples(const ClImage& in, int32_t nMode, int32_t nWidth,
 }
 
 } // namespace
-
-TEST(IpFilterMid, StatedExamples)
-{
-    // (1 + 10 + 20) / 2, (1 + 10 + 20 + 30) / 3, ..., (1 + 30 + 40) / 2.
-    ClImage row = OneRow(ClImage::eUInt8, {10, 20, 30, 40}), out;
-    ClIpFilterMid mid;
-    mid.m_nMode = eModeX;
-    ASSERT_EQ(0, mid.Run(&row, &out, 3));
-    EXPECT_EQ((std::vector<double>{15, 20, 30, 35}), RowOf(out));
-    // Width 5 is shortened to 3 on a row of 4, and the member shows it.
-    ASSERT_EQ(0, mid.Run(&row, &out, 5));
-    EXPECT_EQ(3, mid.m_nFilterWidth);
-}
 
 TEST(IpFilterMid, EveryTypeMatchesTheMeanOfItsWindows)
 {

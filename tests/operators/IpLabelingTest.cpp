@@ -12,40 +12,31 @@
 
 using namespace TestImages;
 
-namespace
-{
-
-// Numbers the regions by a depth-first fill over the four direct
-// neighbours; gives their count.
-int32_t FloodFill(const ClImage& mask, ClImage& labels)
-{
-    const int32_t w = mask.Width(), h = mask.Height();
-    labels.Create(ClImage::eInt32, w, h);
-    labels.Fill(int32_t(0));
-    int32_t nCount = 0;
-    std::function<void(int32_t, int32_t)> fill = [&](int32_t x, int32_t y)
-    {
-        if (x < 0 || y < 0 || x >= w || y >= h || At<uint8_t>(mask, x, y) != 0 ||
-            At<int32_t>(labels, x, y) != 0)
-            return;
-        At<int32_t>(labels, x, y) = nCount;
-        fill(x + 1, y), fill(x - 1, y), fill(x, y + 1), fill(x, y - 1);
-    };
-    for (int32_t y = 0; y < h; ++y)
-        for (int32_t x = 0; x < w; ++x)
-            if (At<uint8_t>(mask, x, y) == 0 && At<int32_t>(labels, x, y) == 0)
-                ++nCount, fill(x, y);
-    return nCount;
-}
-
-} // namespace
-
 TEST(IpLabeling, MatchesAFloodFillOnRandomMasks)
 {
+    ClImage mask, out, expected, empty;
+    auto floodFill = [&]
+    {
+        const int32_t w = mask.Width(), h = mask.Height();
+        expected.Create(ClImage::eInt32, w, h);
+        expected.Fill(int32_t(0));
+        int32_t nCount = 0;
+        std::function<void(int32_t, int32_t)> fill = [&](int32_t x, int32_t y)
+        {
+            if (x < 0 || y < 0 || x >= w || y >= h || At<uint8_t>(mask, x, y) != 0 ||
+                At<int32_t>(expected, x, y) != 0)
+                return;
+            At<int32_t>(expected, x, y) = nCount;
+            fill(x + 1, y), fill(x - 1, y), fill(x, y + 1), fill(x, y - 1);
+        };
+        for (int32_t i = 0; i < w * h; ++i)
+            if (At<uint8_t>(mask, i % w, i / w) == 0 && At<int32_t>(expected, i % w, i / w) == 0)
+                ++nCount, fill(i % w, i / w);
+        return nCount;
+    };
     std::mt19937 rng(12);
     ClIpLabeling labeling; // one object throughout: the count restarts
-    ClImage mask, out, expected, empty;
-    // Rows of every width up to 31, and zero runs long and short.
+    // Rows of many widths, and zero runs long and short.
     std::vector<std::pair<int32_t, int32_t>> sizes = {{1, 9}, {9, 1}, {17, 5}, {64, 48}};
     for (int32_t w = 1; w <= 31; ++w)
         sizes.push_back({w, 4});
@@ -55,16 +46,15 @@ TEST(IpLabeling, MatchesAFloodFillOnRandomMasks)
             SCOPED_TRACE(testing::Message() << w << "x" << h << " " << dZeros);
             mask.Create(ClImage::eUInt8, w, h);
             std::bernoulli_distribution zero(dZeros);
-            for (int32_t y = 0; y < h; ++y)
-                for (int32_t x = 0; x < w; ++x)
-                    At<uint8_t>(mask, x, y) = zero(rng) ? 0 : uint8_t(1 + rng() % 255);
-            const int32_t nCount = FloodFill(mask, expected);
+            for (int32_t i = 0; i < w * h; ++i)
+                At<uint8_t>(mask, i % w, i / w) = zero(rng) ? 0 : uint8_t(1 + rng() % 255);
+            const int32_t nCount = floodFill();
             ASSERT_EQ(0, labeling.Run(&mask, &out));
             EXPECT_EQ(nCount, labeling.m_nRegionCount);
             EXPECT_TRUE(SameSamples(expected, out));
         }
     EXPECT_EQ(mask.UpperBound(), out.UpperBound()); // the bounds are the input's
-    FloodFill(mask, expected);
+    floodFill();
     ASSERT_EQ(0, labeling.Run(&mask, &mask)); // the labels get a buffer of their own
     EXPECT_TRUE(SameSamples(expected, mask));
     EXPECT_THROW(labeling.Run(&empty, &out), ClException); // an output of no area

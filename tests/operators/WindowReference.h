@@ -1,7 +1,6 @@
 #pragma once
 // Brute-force references of the sliding-window filters: every output sample
-// gathers the samples of its window one by one and combines them, with no
-// running update, so that a fast filter can be compared with it bit for bit.
+// combines the samples of its window gathered one by one.
 #include <algorithm>
 #include <array>
 #include <initializer_list>
@@ -18,8 +17,7 @@ namespace WindowReference
 
 using Box = std::array<long, 4>; // {x0, x1, y0, y1}, inclusive
 
-// The samples of plane p in the box, row by row, coordinates clamped to the
-// image.
+// The samples of plane p in the box, row by row, coordinates clamped.
 template <typename T> void Gather(const ClImage& in, const Box& b, uint32_t p, std::vector<T>& v)
 {
     const long W = in.Width(), H = in.Height();
@@ -47,7 +45,7 @@ template <typename T, typename B, typename C> ClImage Walk(const ClImage& in, B 
 }
 
 // The box of a mode: range(i, n) for position i on a line of n, along rows
-// in Mode X, down columns in Mode Y, both in Mode XY.
+// (Mode X), columns (Mode Y) or both.
 template <typename R> auto ModeBox(int32_t nMode, long W, long H, R range)
 {
     return [=](long x, long y)
@@ -61,12 +59,13 @@ template <typename R> auto ModeBox(int32_t nMode, long W, long H, R range)
 // The window of half width h, cut off at the line's ends.
 inline auto CutOffBox(int32_t nMode, long W, long H, long h)
 {
-    return ModeBox(nMode, W, H, [h](long i, long n)
-                   { return std::pair{std::max(0L, i - h), std::min(n - 1, i + h)}; });
+    return ModeBox(nMode, W, H,
+                   [h](long i, long n) {
+                       return std::pair{std::max(0L, i - h), std::min(n - 1, i + h)};
+                   });
 }
 
-// A random image whose samples come only from the given values, so that
-// ties, the type's limits and special values occur often.
+// A random image of the given values only: ties, limits and special values.
 template <typename T>
 ClImage ImageOf(ClImage::EDataType eType, int32_t nWidth, int32_t nHeight, uint32_t nPlanes,
                 const std::vector<T>& values, uint32_t nSeed)
@@ -80,18 +79,16 @@ ClImage ImageOf(ClImage::EDataType eType, int32_t nWidth, int32_t nHeight, uint3
     return image;
 }
 
-// Image sizes that meet the border cases of a window: one pixel, one row,
-// one column, narrow images, and images wider or taller than the widest
-// window tried.
+// Sizes at a window's borders: one pixel, row or column, narrow images, and
+// images beyond the widest window tried.
+inline const std::vector<std::pair<int32_t, int32_t>> kSizes = {{1, 1}, {1, 6},  {6, 1},  {2, 2},
+                                                                {3, 5}, {13, 9}, {37, 4}, {4, 35}};
 inline const std::vector<std::pair<int32_t, int32_t>>& Sizes()
 {
-    static const std::vector<std::pair<int32_t, int32_t>> sizes = {
-        {1, 1}, {1, 6}, {6, 1}, {2, 2}, {3, 5}, {13, 9}, {37, 4}, {4, 35}};
-    return sizes;
+    return kSizes;
 }
 
-// Random images of the type in every size above, one plane each, and one of
-// three planes, which are filtered apart.
+// Random images of every size above, and one of three planes (filtered apart).
 inline std::vector<ClImage> Images(ClImage::EDataType eType, uint32_t& nSeed)
 {
     std::vector<ClImage> images;
@@ -101,13 +98,12 @@ inline std::vector<ClImage> Images(ClImage::EDataType eType, uint32_t& nSeed)
     return images;
 }
 
-// Every width up to 31 and the given ones (the member's extremes, wider
-// than every image).
+// Widths 1 to 9 (odd and even), the powers of two about 16 and 32, and the
+// given ones (the member's extremes, wider than every image).
 inline std::vector<int32_t> Widths(std::initializer_list<int32_t> extra)
 {
     std::vector<int32_t> widths(extra);
-    for (int32_t w = 1; w <= 31; ++w)
-        widths.push_back(w);
+    widths.insert(widths.end(), {1, 2, 3, 4, 5, 6, 7, 8, 9, 15, 16, 17, 31, 32, 33});
     return widths;
 }
 
