@@ -1,7 +1,7 @@
 #include "Evaluation.h"
 
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include <nlohmann/json.hpp>
 
@@ -38,9 +38,11 @@ Evaluation Evaluate(const std::vector<std::string>& sources, const std::vector<R
     if (bFar)
     {
         NeuralNet::QueryByFAR(dValue, dScore, dFar, dFrr);
-        char szFrom[48];
-        std::snprintf(szFrom, sizeof(szFrom), "far %.17g", dValue);
-        evaluation.thresholdFrom = szFrom;
+        // The rate as the user wrote it: the shortest text that reads back
+        // as the same double ("far 0.1", not "far 0.10000000000000001").
+        char szRate[32];
+        const std::to_chars_result end = std::to_chars(szRate, szRate + sizeof(szRate), dValue);
+        evaluation.thresholdFrom = "far " + std::string(szRate, end.ptr);
     }
     else
     {
