@@ -7,7 +7,6 @@
 
 #include "detection/IpExtractFeatures.h"
 #include "image/Histogram.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
@@ -32,46 +31,40 @@ TEST(IpExtractFeatures, AreaStatisticsCountBin0OnlyInTheDivisorAndLeaveBin255Out
 }
 TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder1000Pixels)
 {
-    // The final mask that the driver makes of a fast mask of 255 where
-    // inside, on a flat capture, and its pixels of 255 where where(x, y).
-    auto finalMask = [](const std::function<bool(int32_t, int32_t)>& inside)
+    // The pixels of 255 where where(x, y) in the final mask that the driver
+    // makes of a fast mask of 255 where inside, on a flat capture.
+    using Where = std::function<bool(int32_t, int32_t)>;
+    auto countIn = [](const Where& inside, const Where& where)
     {
         ClImage capture = Filled(320, 480, 100), mask;
         ClImage fastMask =
             ImageOf(320, 480, [&](int32_t x, int32_t y) { return inside(x, y) ? 255 : 0; });
         ClIpExtractFeatures driver;
-        driver.pInImage = &capture;
-        driver.pInFastMask = &fastMask;
-        driver.pOutMask = &mask;
+        driver.pInImage = &capture, driver.pInFastMask = &fastMask, driver.pOutMask = &mask;
         driver.Run();
-        return mask;
+        return Count(mask, [&](int32_t x, int32_t y, int v) { return v == 255 && where(x, y); });
     };
-    auto countIn = [](const ClImage& mask, const std::function<bool(int32_t, int32_t)>& where)
-    { return Count(mask, [&](int32_t x, int32_t y, int v) { return v == 255 && where(x, y); }); };
-
-    // No piece at all: an empty mask.
-    EXPECT_EQ(countIn(finalMask([](int32_t, int32_t) { return false; }),
-                      [](int32_t, int32_t) { return true; }),
-              0);
-    // Two equal pieces: the one whose first pixel comes first in raster
+    const Where all = [](int32_t, int32_t) { return true; };
+    EXPECT_EQ(countIn([](int32_t, int32_t) { return false; }, all), 0);
+    // Of two equal pieces the one whose first pixel comes first in raster
     // order (rows as stored) stays, eroded by 7 on each side.
-    const ClImage two = finalMask(
-        [](int32_t x, int32_t y)
-        {
-            return (x >= 20 && x < 140 && y >= 30 && y < 200) ||
-                   (x >= 180 && x < 300 && y >= 40 && y < 210);
-        });
-    EXPECT_EQ(countIn(two, [](int32_t x, int32_t) { return x >= 180; }), 0);
+    const Where two = [](int32_t x, int32_t y)
+    {
+        return (x >= 20 && x < 140 && y >= 30 && y < 200) ||
+               (x >= 180 && x < 300 && y >= 40 && y < 210);
+    };
+    EXPECT_EQ(countIn(two, all), (120 - 14) * (170 - 14));
     EXPECT_EQ(countIn(two, [](int32_t x, int32_t) { return x < 140; }), (120 - 14) * (170 - 14));
     // The erosion widens a hole by 7 pixels on each side: 11 x 26 becomes
     // 25 x 40 = 1000 pixels and stays, 13 x 23 becomes 27 x 37 = 999 and is
     // filled.
-    auto withHole = [&](int32_t w, int32_t h)
+    auto withHole = [](int32_t w, int32_t h) -> Where
     {
-        return finalMask([=](int32_t x, int32_t y)
-                         { return !(x >= 100 && x < 100 + w && y >= 200 && y < 200 + h); });
+        return [=](int32_t x, int32_t y)
+        { return x < 100 || x >= 100 + w || y < 200 || y >= 200 + h; };
     };
-    auto inHole = [](int32_t x, int32_t y) { return x >= 93 && x < 150 && y >= 193 && y < 250; };
+    const Where inHole = [](int32_t x, int32_t y)
+    { return x >= 93 && x < 150 && y >= 193 && y < 250; };
     EXPECT_EQ(countIn(withHole(13, 23), inHole), 57 * 57);
     EXPECT_EQ(countIn(withHole(11, 26), inHole), 57 * 57 - 1000);
 }

@@ -6,14 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "detection/IpFingerprintPositionCheck.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
 
 namespace
 {
-
 using Inside = std::function<bool(int32_t, int32_t)>;
 
 // The check on a 320 x 480 mask, 255 where inside(x, y).
@@ -27,13 +25,11 @@ void ExpectVerdict(const Inside& inside, int32_t nCode, const char* szText = nul
     else
         ExpectThrows([&] { check.Run(); }, nCode, szText);
 }
-
 // The first n pixels in raster order, plus the pixel (5, nExtra).
 Inside UpTo(int32_t n, int32_t nExtra = -1)
 {
     return [=](int32_t x, int32_t y) { return y * 320 + x < n || (x == 5 && y == nExtra); };
 }
-
 } // namespace
 
 TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
@@ -57,23 +53,19 @@ TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
 }
 TEST(IpFingerprintPositionCheck, SpreadOfTheRowCentresAgainstTheMeanWidth)
 {
-    // Every row holds a print of width 120 whose centre is 160 + a or
-    // 160 - a, alternately. N = 480, so the first row is 1 (row 0 does not
-    // count as first), m = 96 and the kept rows are 97 to 383: 287 of them,
-    // as many as the divisor 480 / 5 * 3 - 1. Q is 287 a^2 and the spread
-    // a^2, against 1.5 times the mean width, 180. One row far to the side
-    // (centre 284.5) adds about 53 to the spread of 169 when it is kept: row
-    // 97 is, row 96 is not.
-    auto zigzag = [](int32_t a, int32_t nOutlierRow)
-    {
-        return [=](int32_t x, int32_t y)
-        {
-            const int32_t l = 100 + (y % 2 == 0 ? a : -a);
-            return y == nOutlierRow ? x >= 250 : x >= l && x <= l + 120;
-        };
-    };
-    ExpectVerdict(zigzag(14, -1), -770, "Finger is placed with too much skewness.");
-    ExpectVerdict(zigzag(13, -1), 0);
-    ExpectVerdict(zigzag(13, 96), 0);
-    ExpectVerdict(zigzag(13, 97), -770);
+    // Every row holds a print of width 120 whose centre is 160 + a or 160 - a,
+    // alternately. N = 480, so the first row is 1 (row 0 does not count as
+    // first), m = 96 and the kept rows are 97 to 383: 287, as many as the
+    // divisor 480 / 5 * 3 - 1. The spread a^2 is held against 1.5 times the
+    // mean width, 180. One row far to the side (centre 284.5) adds about 53
+    // to the spread of 169 when it is kept: row 97 is, row 96 is not.
+    for (auto [a, nOutlierRow, nCode] : {std::tuple{14, -1, -770}, std::tuple{13, -1, 0},
+                                         std::tuple{13, 96, 0}, std::tuple{13, 97, -770}})
+        ExpectVerdict(
+            [a = a, nRow = nOutlierRow](int32_t x, int32_t y)
+            {
+                const int32_t l = 100 + (y % 2 == 0 ? a : -a);
+                return y == nRow ? x >= 250 : x >= l && x <= l + 120;
+            },
+            nCode, "Finger is placed with too much skewness.");
 }

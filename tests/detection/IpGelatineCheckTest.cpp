@@ -1,13 +1,11 @@
 // The gelatine step ratio: NaN or infinity when degenerate, refusals in
 // order.
-#include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "detection/IpGelatineCheck.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
@@ -19,8 +17,7 @@ TEST(IpGelatineCheck, NaNOrInfinityWhenDegenerateAndRefusalsInOrder)
     {
         std::vector<double> out = {-1.0, -1.0};
         ClIpGelatineCheck stage;
-        stage.pInImage = &image;
-        stage.pInMask = &mask;
+        stage.pInImage = &image, stage.pInMask = &mask;
         stage.m_pdOutSteps = out.data();
         EXPECT_EQ(stage.Run(), 0);
         out.push_back(stage.dOutResult);
@@ -28,8 +25,7 @@ TEST(IpGelatineCheck, NaNOrInfinityWhenDegenerateAndRefusalsInOrder)
     };
     // A mask of one row, or a single row: no pair, 0 / 0 everywhere.
     const std::vector<int> ridges = {90, 140, 200, 140, 90, 140, 200, 140};
-    ClImage line = Filled(6, 8, 0);
-    std::fill_n(line.Row<uint8_t>(3), 6, 255);
+    const ClImage line = ImageOf(6, 8, [](int32_t, int32_t y) { return y == 3 ? 255 : 0; });
     for (const std::vector<double>& out :
          {steps(Striped(ridges, 6, true), line), steps(Grid(8, ridges), Grid(8, ridges))})
         for (double d : out)
@@ -40,7 +36,6 @@ TEST(IpGelatineCheck, NaNOrInfinityWhenDegenerateAndRefusalsInOrder)
     // Darker down every column: no rising step, infinity.
     EXPECT_EQ(steps(Striped({100, 90, 80, 79}, 3, true), Filled(3, 4, 1)),
               (std::vector<double>{67.0, 0.0, INFINITY}));
-
     ClImage image = Filled(8, 8, 1), small = Filled(1, 1, 255);
     double adSteps[2];
     ClIpGelatineCheck stage;

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "detection/IpGetMoonValues.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
@@ -41,20 +40,17 @@ TEST(IpGetMoonValues, CutsLevelOneWithT1LevelTwoWithT2AndTwoDarkPixelsAreTheFewe
     const char* const kKept[8] = {"KKKKKKKK", "KKKKKKK.", "KKKKKKKK", ".KKKKKKK",
                                   "K..KKKKK", "....KKKK", "KK..KK.K", "KK..KKKK"};
     ClImage c = Blank(ClImage::eDouble64, 8, 8);
-    auto value = [&](int32_t x, int32_t y)
+    auto value = [&](int32_t k)
     {
-        const char m = kLayout[y][x];
+        const char m = kLayout[k / 8][k % 8];
         const double v = m == 'a' ? 0.3 : m == 'b' ? 0.6 : m == 's' ? 0.2 : 0.45;
-        return (x + y) % 2 == 0 ? v : -v;
+        return (k + k / 8) % 2 == 0 ? v : -v;
     };
     for (int32_t k = 0; k < 64; ++k)
-        c.Row<double>(k / 8)[k % 8] = value(k % 8, k / 8);
+        c.Row<double>(k / 8)[k % 8] = value(k);
     ClIpGetMoonValues::CutDetailBands(c, 0.3, 0.6);
     for (int32_t k = 0; k < 64; ++k)
-        EXPECT_EQ(c.Row<double>(k / 8)[k % 8],
-                  kKept[k / 8][k % 8] == 'K' ? value(k % 8, k / 8) : 0.0)
-            << "row " << k / 8 << ", column " << k % 8;
-
+        EXPECT_EQ(c.Row<double>(k / 8)[k % 8], kKept[k / 8][k % 8] == 'K' ? value(k) : 0.0) << k;
     // The deviation goes through the result pointer. Equalisation sends a
     // constant image to level 63, 1.0: m = 0; a single dark pixel equalises
     // to 255 / 153600, level 0: m = 1. Both give 0, two dark pixels do not.

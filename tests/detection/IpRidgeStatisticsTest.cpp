@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "detection/IpRidgeStatistics.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;
@@ -39,9 +38,7 @@ TEST(IpRidgeStatistics, RidgePixelsLieMoreThanTenBelowTheWideMeanOfWidths11_3_5)
     EXPECT_DOUBLE_EQ(out[2], 97.0 / 87);
     EXPECT_TRUE(std::isnan(out[3]) && std::isnan(out[4]) && std::isnan(out[5]));
     // A single ridge pixel is too few: nothing is written.
-    ClImage dot = Filled(41, 41, 100);
-    dot.Row<uint8_t>(20)[20] = 0;
-    EXPECT_EQ(ratios(dot), std::vector<double>(6, 7.0));
+    EXPECT_EQ(ratios(Spot(41, 41, 100, 20, 20, 0)), std::vector<double>(6, 7.0));
     ClIpRidgeStatistics stage;
     ExpectThrows([&] { stage.Run(); }, -701, "Input image not assigned");
 }

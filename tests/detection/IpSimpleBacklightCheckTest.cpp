@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "detection/IpSimpleBacklightCheck.h"
-#include "image/ImageTestSupport.h"
 #include "support/DetectionImages.h"
 
 using namespace TestImages;

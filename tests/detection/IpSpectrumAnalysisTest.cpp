@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "detection/IpSpectrumAnalysis.h"
-#include "image/ImageTestSupport.h"
 #include "operators/IpCut.h"
 #include "support/DetectionImages.h"
 #include "support/OperatorTestImages.h"
@@ -15,7 +14,6 @@ using namespace TestImages;
 
 namespace
 {
-
 std::vector<double> Curve(ClImage image, ClImage mask)
 {
     ClIpSpectrumAnalysis stage;
@@ -23,14 +21,12 @@ std::vector<double> Curve(ClImage image, ClImage mask)
     EXPECT_EQ(stage.Run(), 0);
     return {stage.m_adSpectrum, stage.m_adSpectrum + 128};
 }
-
 } // namespace
 
 TEST(IpSpectrumAnalysis, WindowFollowsTheMaskCentreClampedInsideTheImage)
 {
     // On a 300 by 280 image each window gives the curve of the 256 by 256
-    // piece cut out here, which is its own window wherever its mask lies.
-    // Only 255 counts in a mask.
+    // piece cut out here, its own window wherever its mask (only 255 counts) lies.
     ClImage image = RandomImage(ClImage::eUInt8, 300, 280, 1, 3);
     const auto Piece = [&](int32_t x0, int32_t y0)
     {
@@ -38,20 +34,15 @@ TEST(IpSpectrumAnalysis, WindowFollowsTheMaskCentreClampedInsideTheImage)
         ClIpCut().Run(&image, x0, y0, 256, 256, &piece);
         return piece;
     };
-    ClImage mask = Filled(300, 280, 254), corner = Filled(256, 256, 254);
-    At<uint8_t>(corner, 0, 0) = 255;
     // A mask in a corner puts the centre at 128 or at extent - 129.
-    At<uint8_t>(mask, 0, 0) = 255;
-    EXPECT_EQ(Curve(image, mask), Curve(Piece(0, 0), corner));
-    At<uint8_t>(mask, 0, 0) = 0, At<uint8_t>(mask, 299, 279) = 255;
-    EXPECT_EQ(Curve(image, mask), Curve(Piece(43, 23), corner));
+    const ClImage corner = Spot(256, 256, 254, 0, 0, 255);
+    EXPECT_EQ(Curve(image, Spot(300, 280, 254, 0, 0, 255)), Curve(Piece(0, 0), corner));
+    EXPECT_EQ(Curve(image, Spot(300, 280, 254, 299, 279, 255)), Curve(Piece(43, 23), corner));
 }
-
 TEST(IpSpectrumAnalysis, FlatWindowIsNaNAndAnEmptyMaskKeepsAllButTheFirstSix)
 {
     for (double d : Curve(Filled(256, 256, 77), Filled(256, 256, 255)))
         EXPECT_TRUE(std::isnan(d));
-
     ClImage image = RandomImage(ClImage::eUInt8, 256, 256, 1, 5), mask = Filled(256, 256, 254);
     ClIpSpectrumAnalysis stage;
     stage.pInImage = &image, stage.pInMaskImage = &mask;
@@ -66,7 +57,6 @@ TEST(IpSpectrumAnalysis, FlatWindowIsNaNAndAnEmptyMaskKeepsAllButTheFirstSix)
     EXPECT_EQ(stage.Run(), ZRC_ERROR_BITMAP_NO_FINGER);
     EXPECT_EQ(std::vector<double>(S, S + 128), expected);
 }
-
 TEST(IpSpectrumAnalysis, RefusesMissingPointersThenSmallOrUnequalImages)
 {
     ClImage a = Filled(255, 256, 0), b = Filled(256, 255, 0), c = Filled(256, 256, 0),

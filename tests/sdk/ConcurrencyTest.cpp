@@ -15,7 +15,6 @@
 
 namespace
 {
-
 using Capture = std::array<SentivoTool::BmpFile, 3>;
 using Outcome = std::pair<int32_t, uint64_t>; // the code and the score's bits: NaN equals NaN
 
@@ -42,7 +41,6 @@ std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
     EXPECT_EQ(SentivoDestroyHandle(&h), 0);
     return outcomes;
 }
-
 } // namespace
 
 TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
@@ -66,7 +64,6 @@ TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
         EXPECT_EQ(result, alone);
     EXPECT_EQ(SentivoUninitialize(), 0);
 }
-
 TEST(Concurrency, HandlesAndInitialisationsComeAndGoOnManyThreads)
 {
     // One initialisation holds the library while others come and go.

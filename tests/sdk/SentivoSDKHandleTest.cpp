@@ -1,6 +1,5 @@
-// The exported functions and the handle behind them: initialisation
-// counting, handle resolution, the codes for wrong states, forged handles and
-// bad caller memory, images and properties.
+// The exported functions and the handle behind them: wrong states, forged
+// handles, bad caller memory, images and properties.
 #include "sdk/SentivoSDKHandle.h"
 
 #include <cstdlib>
@@ -17,7 +16,6 @@
 
 namespace
 {
-
 // One page with the given protection; its address is what a wild pointer of
 // the caller would hold.
 struct Page
@@ -25,8 +23,6 @@ struct Page
     explicit Page(int nProtection) { Protect(nProtection); }
     ~Page() { munmap(p, nSize); }
     void Protect(int nProtection) { mprotect(p, nSize, nProtection); }
-    void* Get() const { return p; }
-
     const size_t nSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
     void* const p =
         mmap(nullptr, nSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -73,7 +69,6 @@ protected:
         EXPECT_EQ(SentivoUninitialize(), 0);
     }
     int32_t Set(int32_t nIndex, const Block& b) { return SentivoSetImage(m_h, nIndex, b.p, b.n); }
-
     SentivoHandle m_h = nullptr;
 };
 
@@ -131,12 +126,12 @@ TEST_F(SentivoSDKHandle, EveryHandleFunctionRefusesNullAndForgedHandles)
     Block wrongTail{"Sentivo", &dScore, "Sentivx"}, wrongHead{"Sentivx", &dScore, "Sentivo"},
         nullObject{"Sentivo", nullptr, "Sentivo"};
     Page unreadable(PROT_NONE);
-    std::vector<void*> forged = {&wrongTail, &wrongHead, &nullObject, unreadable.Get()};
+    std::vector<void*> forged = {&wrongTail, &wrongHead, &nullObject, unreadable.p};
     // A readable 8-byte value right in front of an unreadable page: too small
     // to hold a block, and nothing behind it may be read.
     Page edge(PROT_READ | PROT_WRITE), guard(PROT_NONE);
-    if (static_cast<char*>(edge.Get()) + edge.nSize == guard.Get())
-        forged.push_back(static_cast<char*>(edge.Get()) + edge.nSize - 8);
+    if (static_cast<char*>(edge.p) + edge.nSize == guard.p)
+        forged.push_back(static_cast<char*>(guard.p) - 8);
     for (auto call : calls)
     {
         EXPECT_EQ(call(nullptr), ZRC_ERROR_NO_HANDLE);
@@ -146,20 +141,17 @@ TEST_F(SentivoSDKHandle, EveryHandleFunctionRefusesNullAndForgedHandles)
     for (SentivoHandle h : forged)
         EXPECT_EQ(SentivoDestroyHandle(&h), ZRC_ERROR_INVALID_HANDLE);
 }
-
 TEST_F(SentivoSDKHandle, BadHandleVariablesGive701AndKeepTheHandleAlive)
 {
     Page readOnly(PROT_READ), noAccess(PROT_NONE);
-    for (void* p : {static_cast<void*>(nullptr), readOnly.Get(), noAccess.Get()})
+    for (void* p : {static_cast<void*>(nullptr), readOnly.p, noAccess.p})
         EXPECT_EQ(SentivoCreateHandle(static_cast<SentivoHandle*>(p)), ZRC_ERROR_BAD_POINTER);
-    EXPECT_EQ(SentivoDestroyHandle(static_cast<SentivoHandle*>(noAccess.Get())),
-              ZRC_ERROR_BAD_POINTER);
+    EXPECT_EQ(SentivoDestroyHandle(static_cast<SentivoHandle*>(noAccess.p)), ZRC_ERROR_BAD_POINTER);
     EXPECT_EQ(SentivoDestroyHandle(nullptr), ZRC_ERROR_INVALID_PARAMETER);
-
     // A live handle in a variable that turns read-only cannot be destroyed
     // through it, and stays usable.
     Page variable(PROT_READ | PROT_WRITE);
-    auto* pHandle = static_cast<SentivoHandle*>(variable.Get());
+    auto* pHandle = static_cast<SentivoHandle*>(variable.p);
     ASSERT_EQ(SentivoCreateHandle(pHandle), ZRC_SUCCESS);
     const SentivoHandle hLive = *pHandle;
     variable.Protect(PROT_READ);
@@ -171,17 +163,14 @@ TEST_F(SentivoSDKHandle, BadHandleVariablesGive701AndKeepTheHandleAlive)
     EXPECT_EQ(*pHandle, nullptr); // zeroed, and refused a second time
     EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_ERROR_NO_HANDLE);
 }
-
 TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndText)
 {
     const Block valid;
     EXPECT_EQ(SentivoSetImage(m_h, 7, valid.p, 0), -35); // before the -10 of size 0
     EXPECT_EQ(SentivoSetImage(m_h, -1, valid.p, valid.n), -35);
     EXPECT_EQ(SentivoSetImage(m_h, 0, valid.p, 0), -10);
-
     const char* const kX = "Standard images must have 500 dpi or 19685 pels in x direction";
     const char* const kMultiple = "Dimensions current image must be multiples of 4";
-    // The header faults of the bitmap reader itself are its own test's.
     const std::tuple<Change, int32_t, const char*> cases[] = {
         // A known compression already fails in the trial load, before its own test.
         {[](Header& h) { h.biCompression = 1; }, -101, "Image area must be positive"},
@@ -212,12 +201,9 @@ TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndT
         EXPECT_EQ(Set(0, block), nCode);
         // The texts only reach the log; the handle object shows them directly.
         ClSentivoSDKHandle handle;
-        if (nCode == 0)
-            EXPECT_NO_THROW(handle.SetImage(2, block.p, block.n));
-        else
+        if (nCode != 0)
             ExpectThrows([&] { handle.SetImage(2, block.p, block.n); }, nCode, szText);
     }
-
     // Blocks too short for header, colours or pixels, also where exactly the
     // header or the colour table ends; the size test comes before the width's.
     const uint32_t nFull = 1064 + 320 * 480;
@@ -225,7 +211,6 @@ TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndT
         EXPECT_EQ(Set(0, Block(nullptr, nFull - nSize)), -21) << nSize;
     EXPECT_EQ(Set(0, Block([](Header& h) { h.biWidth = 322; }, 1)), -21);
 }
-
 TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTheOldImage)
 {
     // Entry i becomes (i, i, i), its fourth byte kept.
@@ -238,7 +223,6 @@ TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTh
               std::make_tuple(0, -13, -12));
     EXPECT_TRUE(accepted.Palette() == grey && refusedLater.Palette() == grey &&
                 refusedBefore.Palette() == original);
-
     // Refused narrow images leave the 320-wide one in place, so the input
     // check passes and the finger half is reached.
     ASSERT_EQ(Set(1, accepted) + Set(2, accepted), 0);
@@ -248,7 +232,6 @@ TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTh
     EXPECT_EQ(Set(0, Block(kNarrow)), 0);
     EXPECT_EQ(SentivoDetectFinger(m_h), -14);
 }
-
 TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAlsoWideAndTyped)
 {
     char sz[32] = "untouched";
@@ -270,7 +253,6 @@ TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAl
                               SentivoSetPropertyW(m_h, u"VERSION", u"1"),
                               SentivoSetPropertyW(m_h, u"nSecurityLevel", u"3")),
               std::make_tuple(-24, -206, -206, -44, -35, -47, 0));
-
     // Longer than a first read's 128 bytes: 301 digits, the point and a zero.
     ASSERT_EQ(SentivoSetPropertyA(m_h, "dQueryScore", "1e300"), 0);
     std::vector<char> buffer(128);
@@ -281,7 +263,6 @@ TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAl
     buffer.resize(nSize);
     EXPECT_EQ(SentivoGetPropertyA(m_h, "dQueryScore", buffer.data(), &nSize), 0);
     EXPECT_EQ(std::string(buffer.data()), std::to_string(1e300).substr(0, 303));
-
     // The wide functions count UTF-16 code units and refuse ill-formed text.
     char16_t szWide[16] = {};
     nSize = 0;
@@ -297,14 +278,11 @@ TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAl
     nSize = sizeof(sz);
     EXPECT_EQ(SentivoGetPropertyA(m_h, "NSECURITYLEVEL", sz, &nSize), 0);
     EXPECT_STREQ(sz, "3");
-
     // Typed access: a number of the other kind, of a read-only text or of an
     // enumeration is -44, an unknown name -206; none touches the level.
     ClSentivoSDKHandle handle;
     int32_t nValue = 0;
     double dValue = 0.0;
-    handle.GetPropertyInt("nSecurityLevel", &nValue);
-    EXPECT_EQ(nValue, 1); // the strict level by default
     handle.SetPropertyInt("nSecurityLevel", 4);
     ExpectThrows([&] { handle.GetPropertyInt("dQueryFAR", &nValue); }, -44);
     ExpectThrows([&] { handle.SetPropertyDouble("nSecurityLevel", 2.0); }, -44);

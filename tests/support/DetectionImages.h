@@ -1,10 +1,11 @@
 #pragma once
-// Small 8-bit images for the detection stage tests.
+// Small 8-bit images for the detection stage tests, and the exception check.
 #include <cstdint>
 #include <functional>
 #include <vector>
 
 #include "image/FpImage.h"
+#include "image/ImageTestSupport.h"
 
 namespace TestImages
 {
@@ -31,6 +32,12 @@ inline ClImage ImageOf(int32_t W, int32_t H, const std::function<int(int32_t, in
 inline ClImage Filled(int32_t W, int32_t H, int nValue)
 {
     return ImageOf(W, H, [=](int32_t, int32_t) { return nValue; });
+}
+
+// W by H pixels of nValue but for the single pixel (x0, y0) of nSpot.
+inline ClImage Spot(int32_t W, int32_t H, int nValue, int32_t x0, int32_t y0, int nSpot)
+{
+    return ImageOf(W, H, [=](int32_t x, int32_t y) { return x == x0 && y == y0 ? nSpot : nValue; });
 }
 
 // W columns holding the values row after row.
