@@ -1,7 +1,5 @@
 #include <tuple>
-
 #include <gtest/gtest.h>
-
 #include "operators/IpAnd.h"
 #include "support/SampleReference.h"
 
@@ -9,15 +7,12 @@ using namespace TestImages;
 
 TEST(IpAnd, CombinesBytesRowByRowWithTheFirstsStride)
 {
-    // Per row, width × planes bytes at the first's stride in all three
-    // buffers (half a row of 16-bit samples). A one-plane second gives one
-    // byte per pixel of a first of three or four planes (other pairs do
-    // nothing) and is not read past its end; the rest keeps the output's 0x77.
+    // Width × planes bytes a row at the first's stride; a one-plane second gives
+    // a byte per pixel of a first of 3 or 4 planes; the rest keeps its 0x77.
     const std::tuple<ClImage::EDataType, uint32_t, uint32_t> cases[] = {
-        {ClImage::eInt8, 1, 1},   {ClImage::eUInt8, 1, 1},  {ClImage::eUInt8, 2, 2},
-        {ClImage::eUInt8, 3, 3},  {ClImage::eInt8, 4, 4},   {ClImage::eUInt8, 3, 1},
-        {ClImage::eUInt8, 4, 1},  {ClImage::eUInt16, 1, 1}, {ClImage::eInt32, 3, 3},
-        {ClImage::eUInt16, 3, 1}, {ClImage::eUInt8, 2, 1}};
+        {ClImage::eInt8, 1, 1},  {ClImage::eUInt8, 2, 2},  {ClImage::eInt8, 4, 4},
+        {ClImage::eUInt8, 3, 1}, {ClImage::eUInt8, 4, 1},  {ClImage::eUInt16, 1, 1},
+        {ClImage::eInt32, 3, 3}, {ClImage::eUInt16, 3, 1}, {ClImage::eUInt8, 2, 1}};
     ClIpAnd op;
     for (const auto& [eType, nFirstPlanes, nSecondPlanes] : cases)
         for (int32_t nWidth = 1; nWidth <= 33; ++nWidth)

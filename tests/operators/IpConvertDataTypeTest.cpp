@@ -1,10 +1,7 @@
 // Conversion of every type pair, with and without rounding.
 #include "operators/IpConvertDataType.h"
-
 #include <vector>
-
 #include <gtest/gtest.h>
-
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -12,8 +9,7 @@ using Row = std::vector<double>;
 
 TEST(IpConvertDataType, EveryTypePairWithAndWithoutRounding)
 {
-    // The same type is a copy; otherwise a cast of s + 0.5 with the rounding
-    // flag, else a plain cast; integers wrap.
+    // Same type: a copy; else a cast of s + 0.5 when rounding, or of s; integers wrap.
     for (bool bRound : {true, false})
         for (ClImage::EDataType eIn : AllTypes())
             for (ClImage::EDataType eOut : AllTypes())
@@ -26,17 +22,14 @@ TEST(IpConvertDataType, EveryTypePairWithAndWithoutRounding)
                 convert.m_bRound = bRound;
                 ASSERT_EQ(convert.Run(&in, &out, eOut), 0);
                 ASSERT_TRUE(out.DataType() == eOut && out.Planes() == 3u);
-                EXPECT_EQ(CountWrong(source, out,
-                                     [&](auto s, int32_t, int32_t, auto o)
-                                     {
-                                         using TO = decltype(o);
-                                         return bRound && eIn != eOut
-                                                    ? SampleFromDouble<TO>(s + 0.5)
-                                                : std::is_floating_point_v<decltype(s)>
-                                                    ? SampleFromDouble<TO>(s)
-                                                    : static_cast<TO>(s);
-                                     }),
-                          0);
+                auto want = [&](auto s, int32_t, int32_t, auto o)
+                {
+                    using TO = decltype(o);
+                    return bRound && eIn != eOut                   ? SampleFromDouble<TO>(s + 0.5)
+                           : std::is_floating_point_v<decltype(s)> ? SampleFromDouble<TO>(s)
+                                                                   : static_cast<TO>(s);
+                };
+                EXPECT_EQ(CountWrong(source, out, want), 0);
             }
     // A float beyond 32 bits is not clamped; the default type is the input's.
     ClImage in = OneRow(ClImage::eFloat32, {1e10}), out;

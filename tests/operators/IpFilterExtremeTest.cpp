@@ -1,14 +1,9 @@
-// ClIpFilterMin and ClIpFilterMax against the extreme of each cut-off window;
-// floating samples with NaN against the running rule.
+// Min and max filters against the extreme of each window, or the running rule.
 #include <gtest/gtest.h>
-
-#include <climits>
 #include <limits>
 #include <vector>
-
 #include "operators/IpFilterMax.h"
 #include "operators/IpFilterMin.h"
-#include "support/OperatorTestImages.h"
 #include "WindowReference.h"
 
 using namespace TestImages;
@@ -16,9 +11,7 @@ using namespace WindowReference;
 
 namespace
 {
-
-// Rows, then columns, each sample the extreme of its cut-off window of
-// 2 (w / 2) + 1 samples; a width of 1 or less copies.
+// Rows, then columns, each the extreme of its cut-off window of 2 (w / 2) + 1.
 template <typename T> ClImage CutOffExtreme(bool bMax, const ClImage& in, int32_t nMode, int32_t w)
 {
     auto extreme = [bMax](const std::vector<T>& v) {
@@ -31,10 +24,8 @@ template <typename T> ClImage CutOffExtreme(bool bMax, const ClImage& in, int32_
     return result;
 }
 
-// The running rule on one line of n samples nStep apart: the extreme of the
-// first window by a scan; an entering sample that is at least as extreme
-// replaces it; otherwise, when the leaving sample equals it, the window is
-// rescanned, the earlier sample winning ties.
+// The running rule on a line: an entering sample at least as extreme replaces
+// the extreme; else a leaving one equal to it makes a rescan (earlier wins ties).
 template <typename T> void RunningLine(bool bMax, const T* x, T* out, long nStep, long n, long h)
 {
     h = std::min(h, n - 1);
@@ -78,14 +69,23 @@ template <typename T> ClImage RunningRule(bool bMax, const ClImage& in, int32_t 
     return result;
 }
 
-// Both filters, one object each for all runs, every mode and width, bit for bit.
+// Both filters, one object each for all runs; bHook gives the planes to the
+// hook itself (the base splits them before it).
 template <typename T, typename R>
 void ExpectAllWidths(const ClImage& in, R reference,
                      const std::vector<int32_t>& widths = Widths({INT32_MIN, 0, 40, 127,
-                                                                  INT32_MAX}))
+                                                                  INT32_MAX}),
+                     bool bHook = false)
 {
     ClIpFilterMin min;
     ClIpFilterMax max;
+    auto run = [&](auto& f, ClImage& input, ClImage& out, int32_t nMode, int32_t nWidth)
+    {
+        if (!bHook)
+            return f.Run(&input, &out, nWidth, nMode);
+        f.m_pInImage = &input, f.m_pOutImage = &out, f.m_nFilterWidth = nWidth, f.m_nMode = nMode;
+        return f.FilterSinglePlane();
+    };
     for (bool bMax : {false, true})
         for (int32_t nMode : {eModeX, eModeY, eModeXY})
             for (int32_t nWidth : widths)
@@ -93,52 +93,38 @@ void ExpectAllWidths(const ClImage& in, R reference,
                 SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " max "
                                                 << bMax << " mode " << nMode << " " << nWidth);
                 ClImage input = in, out;
-                ASSERT_EQ(0, bMax ? max.Run(&input, &out, nWidth, nMode)
-                                  : min.Run(&input, &out, nWidth, nMode));
+                ASSERT_EQ(0, bMax ? run(max, input, out, nMode, nWidth)
+                                  : run(min, input, out, nMode, nWidth));
                 ASSERT_TRUE(SameSamples(reference(bMax, in, nMode, nWidth), out));
             }
 }
-
 } // namespace
 
 TEST(IpFilterExtreme, EveryTypeMatchesTheCutOffWindowOrTheRunningRule)
 {
-    // Random samples, a tall image among them; then few values: integer
-    // limits (the fast scheme's padding) and ties; NaN and signed zeros,
-    // whose result depends on the order of the comparisons that the running
-    // rule fixes. Last, planes given to the hook itself (the base splits them
-    // before it), each filtered on its own.
+    // Random samples, a tall image; integer limits (the fast scheme's padding)
+    // and ties; NaN and signed zeros, where the order of comparisons tells.
     uint32_t nSeed = 1;
+    ForEveryImage(nSeed, [](auto t, const ClImage& in)
+                  { ExpectAllWidths<decltype(t)>(in, CutOffExtreme<decltype(t)>); });
     for (ClImage::EDataType eType : AllTypes())
-        ForType(eType,
-                [&](auto t)
-                {
-                    using T = decltype(t);
-                    for (const ClImage& in : Images(eType, nSeed))
-                        ExpectAllWidths<T>(in, CutOffExtreme<T>);
-                    ExpectAllWidths<T>(RandomImage(eType, 101, 300, 1, nSeed++), CutOffExtreme<T>,
-                                       {3, 8, 21, 127});
-                    using L = std::numeric_limits<T>;
-                    const T lo = L::lowest(), hi = L::max(), nan = L::quiet_NaN();
-                    const T inf = L::infinity();
-                    const std::vector<T> values =
-                        std::is_integral_v<T>
-                            ? std::vector<T>{lo, T(lo + 1), T(0), T(1), T(hi - 1), hi}
-                            : std::vector<T>{nan, nan, T(-inf), T(-1), T(-0.0), T(0), T(2), inf};
-                    for (auto [w, h] : Sizes())
-                        ExpectAllWidths<T>(ImageOf<T>(eType, w, h, 1, values, nSeed++),
-                                           std::is_integral_v<T> ? CutOffExtreme<T>
-                                                                 : RunningRule<T>);
-                    for (int32_t nMode : {eModeX, eModeY, eModeXY})
-                        for (int32_t nWidth : {3, 8, 31})
-                        {
-                            ClImage in = RandomImage(eType, 11, 7, 3, nSeed++), out;
-                            ClIpFilterMax max;
-                            max.m_pInImage = &in, max.m_pOutImage = &out;
-                            max.m_nFilterWidth = nWidth, max.m_nMode = nMode;
-                            ASSERT_EQ(0, max.FilterSinglePlane());
-                            EXPECT_TRUE(SameSamples(CutOffExtreme<T>(true, in, nMode, nWidth), out))
-                                << int(eType) << " " << nMode << " " << nWidth;
-                        }
-                });
+        ForType(
+            eType,
+            [&](auto t)
+            {
+                using T = decltype(t);
+                using L = std::numeric_limits<T>;
+                ExpectAllWidths<T>(RandomImage(eType, 101, 300, 1, nSeed++), CutOffExtreme<T>,
+                                   {3, 8, 21, 127});
+                const T lo = L::lowest(), hi = L::max(), nan = L::quiet_NaN(), inf = L::infinity();
+                const std::vector<T> values =
+                    std::is_integral_v<T>
+                        ? std::vector<T>{lo, T(lo + 1), T(0), T(1), T(hi - 1), hi}
+                        : std::vector<T>{nan, nan, T(-inf), T(-1), T(-0.0), T(0), T(2), inf};
+                for (auto [w, h] : kSizes)
+                    ExpectAllWidths<T>(ImageOf<T>(eType, w, h, values, nSeed++),
+                                       std::is_integral_v<T> ? CutOffExtreme<T> : RunningRule<T>);
+                ExpectAllWidths<T>(RandomImage(eType, 11, 7, 3, nSeed++), CutOffExtreme<T>,
+                                   {3, 8, 31}, true);
+            });
 }

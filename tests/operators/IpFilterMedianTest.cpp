@@ -1,22 +1,16 @@
 // ClIpFilterMedian against the median of each window, and its width limits.
 #include <gtest/gtest.h>
-
 #include <algorithm>
-#include <climits>
 #include <vector>
-
 #include "operators/IpFilterMedian.h"
-#include "support/OperatorTestImages.h"
 #include "WindowReference.h"
 
 using namespace WindowReference;
 
 namespace
 {
-
-// Lines keep the window symmetric, its half width at most the distance to the
-// border; Mode XY is an 8-bit square of an odd width of 3 to 101 with clamped
-// coordinates. A width of 1 or less copies; below 3 (above 100 in XY) is -35.
+// Lines shrink the window to stay symmetric inside; Mode XY is an 8-bit clamped
+// square, odd width 3 to 101. Width <= 1 copies; below 3 (above 100 in XY) is -35.
 template <typename T>
 int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& expected)
 {
@@ -29,8 +23,7 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
         return ZRC_ERROR_PARAM_OUT_OF_RANGE;
     if (bSquare && sizeof(T) != 1)
         return ZRC_ERROR_FORMAT_NOTSUPPORTED;
-    if (bSquare)
-        nMember |= 1;
+    nMember |= int(bSquare);
     // The first plane leaves the member 100 forced to 101: the second is refused.
     if (bSquare && in.Planes() > 1 && w == 100)
         return ZRC_ERROR_PARAM_OUT_OF_RANGE;
@@ -48,43 +41,23 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
     expected = Walk<T>(in, ModeBox(nMode, in.Width(), in.Height(), range), median);
     return 0;
 }
-
-// Every mode and width; a refused width leaves the output untouched.
-template <typename T> void ExpectAllWidths(const ClImage& in)
-{
-    ClIpFilterMedian median;
-    for (int32_t nMode : {eModeX, eModeY, eModeXY})
-        for (int32_t nWidth : Widths({INT32_MIN, 0, 40, 100, 101}))
-        {
-            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode " << nMode
-                                            << " width " << nWidth);
-            ClImage input = in, out, expected;
-            int32_t nMember = nWidth;
-            const int32_t nCode = Expected<T>(nMode, nMember, in, expected);
-            if (nCode != 0)
-                out.Assign(in);
-            const uint8_t* pBefore = out.Data();
-            ASSERT_EQ(nCode, median.Run(&input, &out, nWidth, nMode));
-            EXPECT_EQ(nMember, median.m_nFilterWidth);
-            const bool bRight = nCode == 0 ? TestImages::SameSamples(expected, out)
-                                           : in.Planes() > 1 || (pBefore == out.Data() &&
-                                                                 TestImages::SameSamples(in, out));
-            ASSERT_TRUE(bRight);
-        }
-}
-
 } // namespace
 
 TEST(IpFilterMedian, EveryTypeMatchesTheMedianOfItsWindows)
 {
+    auto expectAll = [](auto t, const ClImage& in)
+    {
+        ClIpFilterMedian median;
+        ExpectEveryModeAndWidth<decltype(t)>(
+            in, {INT32_MIN, 0, 40, 100, 101}, 0,
+            [&](int32_t nMode, int32_t& nMember, ClImage& expected)
+            { return Expected<decltype(t)>(nMode, nMember, in, expected); },
+            [&](ClImage& input, ClImage& out, int32_t nMode, int32_t nWidth) {
+                return std::pair{median.Run(&input, &out, nWidth, nMode), median.m_nFilterWidth};
+            });
+    };
     uint32_t nSeed = 1;
-    for (ClImage::EDataType eType : TestImages::AllTypes())
-        ForType(eType,
-                [&](auto t)
-                {
-                    for (const ClImage& in : Images(eType, nSeed))
-                        ExpectAllWidths<decltype(t)>(in);
-                });
-    for (auto [w, h] : Sizes()) // ties
-        ExpectAllWidths<uint8_t>(ImageOf<uint8_t>(ClImage::eUInt8, w, h, 1, {0, 1, 255}, nSeed++));
+    ForEveryImage(nSeed, expectAll);
+    for (auto [w, h] : kSizes) // ties
+        expectAll(uint8_t(), ImageOf<uint8_t>(ClImage::eUInt8, w, h, {0, 1, 255}, nSeed++));
 }

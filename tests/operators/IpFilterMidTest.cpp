@@ -1,12 +1,7 @@
-// ClIpFilterMid against the mean of each cut-off window: integer results bit
-// for bit, 8-bit boxes up to the largest that the float quotient serves.
+// ClIpFilterMid against the mean of each cut-off window.
 #include <gtest/gtest.h>
-
-#include <climits>
 #include <vector>
-
 #include "operators/IpFilterMid.h"
-#include "support/OperatorTestImages.h"
 #include "WindowReference.h"
 
 using namespace TestImages;
@@ -14,7 +9,6 @@ using namespace WindowReference;
 
 namespace
 {
-
 // Integer sums start at w / 2 along a line, at 0 in a box, and divide toward
 // zero by the window's samples, along a line by at most w; floating sums in double.
 template <typename T> auto Mean(bool bBox, long w)
@@ -22,9 +16,8 @@ template <typename T> auto Mean(bool bBox, long w)
     return [=](const std::vector<T>& v)
     {
         const long n = long(v.size());
-        std::conditional_t<std::is_integral_v<T>, int64_t, double> s = 0;
-        if constexpr (std::is_integral_v<T>)
-            s = bBox ? 0 : w / 2;
+        std::conditional_t<std::is_integral_v<T>, int64_t, double> s =
+            std::is_integral_v<T> && !bBox ? w / 2 : 0;
         for (T x : v)
             s += x;
         return static_cast<T>(s / (bBox ? n : std::min(n, w)));
@@ -49,33 +42,8 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
     return 0;
 }
 
-// Floating results (running sums in the sample type) up to their rounding.
-template <typename T> void ExpectAllWidths(const ClImage& in)
-{
-    ClIpFilterMid mid;
-    for (int32_t nMode : {eModeX, eModeY, eModeXY})
-        for (int32_t nWidth : Widths({INT32_MIN, 0, 40, 127}))
-        {
-            SCOPED_TRACE(testing::Message() << in.Width() << "x" << in.Height() << " mode " << nMode
-                                            << " width " << nWidth);
-            ClImage input = in, out, expected;
-            int32_t nMember = nWidth;
-            const int32_t nCode = Expected<T>(nMode, nMember, in, expected);
-            mid.m_nMode = nMode;
-            ASSERT_EQ(nCode, mid.Run(&input, &out, nWidth));
-            EXPECT_EQ(nMember, mid.m_nFilterWidth);
-            if (nCode != 0)
-                continue;
-            const double dTolerance = std::is_integral_v<T> ? 0 : sizeof(T) == 4 ? 0.05 : 1e-7;
-            for (int32_t y = 0; y < in.Height(); ++y)
-                for (int64_t i = 0; i < int64_t(in.Width()) * in.Planes(); ++i)
-                    ASSERT_NEAR(expected.Row<T>(y)[i], out.Row<T>(y)[i], dTolerance);
-        }
-}
-
-// The definition at some samples of a large 8-bit image.
-void ExpectAtSamples(const ClImage& in, int32_t nMode, int32_t nWidth,
-                     const std::vector<std::pair<long, long>>& samples)
+// The definition on a grid and at the last sample of a large 8-bit image.
+void ExpectOnGrid(const ClImage& in, int32_t nMode, int32_t nWidth, int32_t nStepX, int32_t nStepY)
 {
     ClIpFilterMid mid;
     mid.m_nMode = nMode;
@@ -83,62 +51,58 @@ void ExpectAtSamples(const ClImage& in, int32_t nMode, int32_t nWidth,
     ASSERT_EQ(0, mid.Run(&input, &out, nWidth));
     const auto box = CutOffBox(nMode, in.Width(), in.Height(), nWidth / 2);
     std::vector<uint8_t> v;
-    for (auto [x, y] : samples)
-        if (x < in.Width() && y < in.Height())
-        {
-            Gather(in, box(x, y), 0, v);
-            ASSERT_EQ(int(Mean<uint8_t>(nMode == eModeXY, nWidth)(v)),
-                      int(At<uint8_t>(out, int32_t(x), int32_t(y))))
-                << x << "," << y << " w " << nWidth << " mode " << nMode;
-        }
+    auto right = [&](int32_t x, int32_t y)
+    {
+        Gather(in, box(x, y), 0, v);
+        return Mean<uint8_t>(nMode == eModeXY, nWidth)(v) == At<uint8_t>(out, x, y);
+    };
+    ASSERT_TRUE(right(in.Width() - 1, in.Height() - 1)) << nWidth << " mode " << nMode;
+    for (int32_t y = 0; y < in.Height(); y += nStepY)
+        for (int32_t x = 0; x < in.Width(); x += nStepX)
+            ASSERT_TRUE(right(x, y)) << x << "," << y << " w " << nWidth << " mode " << nMode;
 }
-
 } // namespace
 
 TEST(IpFilterMid, EveryTypeMatchesTheMeanOfItsWindows)
 {
+    // Floating results (running sums in the sample type) up to their rounding.
+    auto expectAll = [](auto t, const ClImage& in)
+    {
+        using T = decltype(t);
+        ClIpFilterMid mid;
+        ExpectEveryModeAndWidth<T>(
+            in, {INT32_MIN, 0, 40, 127}, sizeof(T) == 4 ? 0.05 : 1e-7,
+            [&](int32_t nMode, int32_t& nMember, ClImage& expected)
+            { return Expected<T>(nMode, nMember, in, expected); },
+            [&](ClImage& input, ClImage& out, int32_t nMode, int32_t nWidth)
+            {
+                mid.m_nMode = nMode;
+                return std::pair{mid.Run(&input, &out, nWidth), mid.m_nFilterWidth};
+            });
+    };
     uint32_t nSeed = 1;
-    for (ClImage::EDataType eType : AllTypes())
-        ForType(eType,
-                [&](auto t)
-                {
-                    for (const ClImage& in : Images(eType, nSeed))
-                        ExpectAllWidths<decltype(t)>(in);
-                });
-    // Samples of 0, 1, 254 and 255 make sums one short of a multiple of the
-    // count, the quotients nearest to the next integer.
-    for (auto [w, h] : Sizes())
-        ExpectAllWidths<uint8_t>(ImageOf<uint8_t>(ClImage::eUInt8, w, h, 1, {0, 1, 254, 255}, 50));
+    ForEveryImage(nSeed, expectAll);
+    // 0, 1, 254 and 255 make sums one short of a multiple of the count.
+    for (auto [w, h] : kSizes)
+        expectAll(uint8_t(), ImageOf<uint8_t>(ClImage::eUInt8, w, h, {0, 1, 254, 255}, 50));
 }
 
 TEST(IpFilterMid, EightBitBoxesUpToTheLargestKeepTheIntegerQuotient)
 {
-    // Boxes of 253 x 253 and 255 x 255 (the largest of at most 65535
-    // samples) and a wider one, on 255 with a few 254: every full box sums
-    // to one short of a multiple of its count, or a few more short.
-    ClImage in = ImageOf<uint8_t>(ClImage::eUInt8, 300, 270, 1, {255}, 1);
+    // Boxes up to 255 x 255 (at most 65535 samples) and beyond, on 255 with a
+    // few 254: full boxes sum to one or a few short of a multiple of their count.
+    ClImage in = ImageOf<uint8_t>(ClImage::eUInt8, 300, 270, {255}, 1);
     for (auto [x, y] : {std::pair{150, 135}, {3, 4}, {299, 269}, {151, 0}})
         At<uint8_t>(in, x, y) = 254;
-    std::vector<std::pair<long, long>> samples = {{299, 269}};
-    for (long y = 0; y < 270; y += 13)
-        for (long x = 0; x < 300; x += 11)
-            samples.push_back({x, y});
     for (int32_t nWidth : {253, 255, 257})
-        ExpectAtSamples(in, eModeXY, nWidth, samples);
-
-    // Lines of up to 65535 samples and one beyond, along rows and down
-    // columns (whose sums need more than 16 bits beyond 257 rows).
+        ExpectOnGrid(in, eModeXY, nWidth, 11, 13);
+    // Lines up to 65535 and beyond (column sums need over 16 bits past 257 rows).
     for (bool bX : {true, false})
     {
-        ClImage line =
-            ImageOf<uint8_t>(ClImage::eUInt8, bX ? 70003 : 2, bX ? 2 : 70003, 1, {255}, 2);
+        ClImage line = ImageOf<uint8_t>(ClImage::eUInt8, bX ? 70003 : 2, bX ? 2 : 70003, {255}, 2);
         At<uint8_t>(line, bX ? 35000 : 0, bX ? 0 : 35000) = 254;
         At<uint8_t>(line, bX ? 5 : 1, bX ? 1 : 5) = 0;
-        samples = {{1, 70002}, {70002, 1}};
-        for (long i = 0; i < 70003; i += 997)
-            for (long j : {0L, 1L})
-                samples.push_back(bX ? std::pair{i, j} : std::pair{j, i});
         for (int32_t nWidth : {259, 65533, 65535, 65537})
-            ExpectAtSamples(line, bX ? eModeX : eModeY, nWidth, samples);
+            ExpectOnGrid(line, bX ? eModeX : eModeY, nWidth, bX ? 997 : 1, bX ? 1 : 997);
     }
 }

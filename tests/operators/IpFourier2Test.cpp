@@ -1,8 +1,6 @@
 #include <cmath>
 #include <complex>
-
 #include <gtest/gtest.h>
-
 #include "operators/IpFourier2.h"
 #include "support/OperatorTestImages.h"
 
@@ -11,10 +9,8 @@ using Fourier::ClIpFourier2;
 
 TEST(IpFourier2, ForwardMatchesTheSumsAndInverseGivesTheImageBack)
 {
-    // Width w gives a spectrum w / 2 + 1 wide whose origin word keeps the
-    // parity; every element of small spectra is checked against the sum over
-    // all pixels of f(y, x) exp(-2πi (v y / h + u x / w)), a sample of a
-    // capture's. One object serves both directions.
+    // A spectrum w / 2 + 1 wide, the origin word keeping w's parity, against
+    // the sums of f(y, x) exp(-2πi (v y / h + u x / w)); one object both ways.
     const std::pair<int32_t, int32_t> sizes[] = {{1, 1}, {5, 1}, {1, 4}, {4, 3}, {5, 3},
                                                  {5, 5}, {6, 4}, {7, 3}, {2, 9}, {320, 480}};
     for (const auto& [w, h] : sizes)

@@ -1,25 +1,17 @@
 // ClIpFunctorMean against a plain evaluation of its fixed-point definition.
 #include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <vector>
-
 #include "image/ImageTestSupport.h"
 #include "operators/IpFunctorMean.h"
-#include "support/OperatorTestImages.h"
 #include "WindowReference.h"
 
 using namespace TestImages;
-using WindowReference::ForType;
-using WindowReference::ImageOf;
-using WindowReference::Images;
-using WindowReference::Widths;
+using namespace WindowReference;
 
 namespace
 {
-
 // Accumulator: int for 8/16-bit, 64-bit for 32-bit, the sample type for floats.
 template <typename T>
 using Acc = std::conditional_t<std::is_floating_point_v<T>, T,
@@ -36,10 +28,9 @@ template <typename T> Acc<T> Weight(int32_t w)
                                  : (A(1) / A(w)) / sum;
 }
 
-// Output (x, y) for the normalised width w: the sum of weight x sample,
-// integer sums shifted by 11 (22 for the box), kept exact and wrapped to the
-// accumulator at the end; floating sums in the definition's order. Positions
-// beyond the image repeat the border.
+// Output (x, y) for the normalised width w: the sum of weight x sample, integer
+// sums shifted by 11 (22 for the box), exact, wrapped to the accumulator at the
+// end; floating sums in the definition's order; the border repeats beyond.
 template <typename T>
 T Reference(const ClImage& in, int64_t x, int64_t y, uint32_t p, int32_t w, int32_t nMode,
             const ClImage* pDx, const ClImage* pDy)
@@ -83,8 +74,7 @@ T Reference(const ClImage& in, int64_t x, int64_t y, uint32_t p, int32_t w, int3
         return static_cast<T>(s);
 }
 
-// The output inside the box {left, right, bottom, top} against the
-// definition, outside it against `outside`.
+// Inside box {left, right, bottom, top} the definition, outside `outside`.
 void Check(const ClImage& in, const ClImage& out, int32_t w, int32_t nMode, const ClImage* pDx,
            const ClImage* pDy, const ClImage& outside,
            std::array<int32_t, 4> box = {0, INT32_MAX, 0, INT32_MAX})
@@ -106,58 +96,54 @@ void Check(const ClImage& in, const ClImage& out, int32_t w, int32_t nMode, cons
                         }
             });
 }
-
 } // namespace
 
 TEST(IpFunctorMean, MatchesTheDefinitionOnRandomImagesOfEveryType)
 {
     uint32_t nSeed = 100;
-    for (ClImage::EDataType eType : AllTypes())
+    auto expectAll = [&](const ClImage& in)
     {
-        std::vector<ClImage> images = Images(eType, nSeed);
+        ClImage dx = RandomImage(ClImage::eInt8, in.Width(), in.Height(), 1, nSeed++);
+        ClImage dy = RandomImage(ClImage::eInt8, in.Width(), in.Height(), 1, nSeed++);
+        // Widths below 1 run as 3, even ones as the next odd; the member keeps it.
+        for (int32_t nWidth : Widths({INT32_MIN, 0, 40}))
+            for (int32_t nMode : {eModeX, eModeY, eModeXY, eModeDirected, eModeDirectedOrtho})
+            {
+                const int32_t nRuns = nWidth < 1 ? 3 : nWidth | 1;
+                SCOPED_TRACE(testing::Message() << int(in.DataType()) << " " << in.Width() << "x"
+                                                << in.Height() << " " << nWidth << " " << nMode);
+                ClIpFunctorMean mean;
+                ClImage input = in, out;
+                ASSERT_EQ(0, mean.Run(&input, &out, nWidth, nMode, &dx, &dy));
+                EXPECT_EQ(nRuns, mean.m_nFilterWidth);
+                Check(in, out, nRuns, nMode, &dx, &dy, out);
+                // Boxes at the borders change only the box; the window reaches beyond it.
+                const int32_t W = in.Width() - 1, H = in.Height() - 1;
+                for (std::array<int32_t, 4> box :
+                     {std::array{W / 3, W, 0, H / 2}, std::array{0, W / 2, H / 3, H}})
+                {
+                    if (nMode >= eModeDirected || nWidth < 1 || W < 2 || H < 2)
+                        break;
+                    mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiBox;
+                    mean.m_nROILeft = box[0], mean.m_nROIRight = box[1];
+                    mean.m_nROIBottom = box[2], mean.m_nROITop = box[3];
+                    ClImage before = RandomImage(in.DataType(), W + 1, H + 1, in.Planes(), nSeed++);
+                    out.Assign(before);
+                    ASSERT_EQ(0, mean.Run(&input, &out, nWidth, nMode));
+                    Check(in, out, nRuns, nMode, nullptr, nullptr, before, box);
+                }
+            }
+    };
+    for (ClImage::EDataType eType : AllTypes())
         ForType(eType,
                 [&](auto t)
                 {
-                    using T = decltype(t); // the largest sample: 8/16-bit sums wrap
-                    if constexpr (std::is_integral_v<T>)
-                        images.push_back(
-                            ImageOf<T>(eType, 13, 9, 1, {std::numeric_limits<T>::max()}, 1));
+                    using T = decltype(t);
+                    for (const ClImage& in : Images(eType, nSeed))
+                        expectAll(in);
+                    if constexpr (std::is_integral_v<T>) // the largest sample: 8/16-bit sums wrap
+                        expectAll(ImageOf<T>(eType, 13, 9, {std::numeric_limits<T>::max()}, 1));
                 });
-        for (const ClImage& in : images)
-        {
-            ClImage dx = RandomImage(ClImage::eInt8, in.Width(), in.Height(), 1, nSeed++);
-            ClImage dy = RandomImage(ClImage::eInt8, in.Width(), in.Height(), 1, nSeed++);
-            // Widths below 1 run as 3, even ones as the next odd; the member keeps it.
-            for (int32_t nWidth : Widths({INT32_MIN, 0, 40}))
-                for (int32_t nMode : {eModeX, eModeY, eModeXY, eModeDirected, eModeDirectedOrtho})
-                {
-                    const int32_t nRuns = nWidth < 1 ? 3 : nWidth | 1;
-                    SCOPED_TRACE(testing::Message()
-                                 << int(eType) << " " << in.Width() << "x" << in.Height() << " "
-                                 << nWidth << " " << nMode);
-                    ClIpFunctorMean mean;
-                    ClImage input = in, out;
-                    ASSERT_EQ(0, mean.Run(&input, &out, nWidth, nMode, &dx, &dy));
-                    EXPECT_EQ(nRuns, mean.m_nFilterWidth);
-                    Check(in, out, nRuns, nMode, &dx, &dy, out);
-                    // Boxes at the borders change only the box; the window reaches beyond it.
-                    const int32_t W = in.Width() - 1, H = in.Height() - 1;
-                    for (std::array<int32_t, 4> box :
-                         {std::array{W / 3, W, 0, H / 2}, std::array{0, W / 2, H / 3, H}})
-                    {
-                        if (nMode >= eModeDirected || nWidth < 1 || W < 2 || H < 2)
-                            break;
-                        mean.m_nRegionOfInterest = ClIpFunctor1To1Base::eRoiBox;
-                        mean.m_nROILeft = box[0], mean.m_nROIRight = box[1];
-                        mean.m_nROIBottom = box[2], mean.m_nROITop = box[3];
-                        ClImage before = RandomImage(eType, W + 1, H + 1, in.Planes(), nSeed++);
-                        out.Assign(before);
-                        ASSERT_EQ(0, mean.Run(&input, &out, nWidth, nMode));
-                        Check(in, out, nRuns, nMode, nullptr, nullptr, before, box);
-                    }
-                }
-        }
-    }
     ClImage in = RandomImage(ClImage::eUInt8, 9, 7, 1, 1), out;
     ExpectThrows([&] { ClIpFunctorMean().Run(&in, &out, 3, 4); }, -6, "Unknown error code.");
 }

@@ -1,10 +1,7 @@
 // Inversion mirrors the range of every type.
 #include "operators/IpInvert.h"
-
 #include <vector>
-
 #include <gtest/gtest.h>
-
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -12,8 +9,7 @@ using Row = std::vector<double>;
 
 TEST(IpInvert, MirrorsTheRangeOnEveryType)
 {
-    // Types other than 8-bit run the direct path, width samples per row; in
-    // place, the rest of a row keeps its samples.
+    // Beyond 8 bits the direct path inverts only width samples of each row.
     ClIpInvert invert;
     ExpectOnEveryType(invert,
                       [](auto s, int32_t i, double a, double b)

@@ -1,11 +1,8 @@
-// ClIpLabeling against a flood fill that numbers 4-connected regions of zero
-// samples in the row-major order of their first pixel.
+// Labels against a flood fill of 4-connected zero regions in row-major order.
 #include <gtest/gtest.h>
-
 #include <functional>
 #include <random>
 #include <vector>
-
 #include "image/ImageTestSupport.h"
 #include "operators/IpLabeling.h"
 #include "support/OperatorTestImages.h"

@@ -1,9 +1,6 @@
-// Splitting planes, checked by joining them again for every type and plane
-// count.
+// Splitting planes and joining them again, every type and plane count.
 #include "operators/IpSplitPlanes.h"
-
 #include <gtest/gtest.h>
-
 #include "image/ImageTestSupport.h"
 #include "operators/IpJoinPlanes.h"
 #include "support/OperatorTestImages.h"
