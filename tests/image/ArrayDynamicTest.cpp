@@ -1,7 +1,5 @@
 #include "image/ArrayDynamic.h"
 
-#include <tuple>
-
 #include <gtest/gtest.h>
 
 using std::make_tuple;

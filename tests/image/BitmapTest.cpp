@@ -1,9 +1,4 @@
 #include "image/Bitmap.h"
-
-#include <tuple>
-
-#include <gtest/gtest.h>
-
 #include "ImageTestSupport.h"
 
 using std::make_tuple;

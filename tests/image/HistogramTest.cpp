@@ -1,50 +1,30 @@
 #include "image/Histogram.h"
 
-#include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <initializer_list>
 #include <random>
-#include <tuple>
 
-#include <gtest/gtest.h>
-
-#include "image/FpImage.h"
+#include "support/SampleReference.h"
 
 using std::make_tuple;
-
-namespace
-{
-
-// A one-row image of the given bytes.
-ClImage Bytes(ClImage::EDataType eType, std::initializer_list<int> values)
-{
-    ClImage image;
-    image.Create(eType, static_cast<int32_t>(values.size()), 1);
-    std::transform(values.begin(), values.end(), image.Row<uint8_t>(0),
-                   [](int v) { return static_cast<uint8_t>(v); });
-    return image;
-}
-
-} // namespace
+using TestImages::OneRow;
 
 TEST(Histogram, MeanFallsBackToTheMiddleBinAndStdDevDividesByTheWholeCount)
 {
     ClHistogram h;
-    h.Create(Bytes(ClImage::eUInt8, {1, 2}));
+    h.Create(OneRow(ClImage::eUInt8, {1, 2}));
     // No counts in range, or an inverted range: the middle, rounded down.
     EXPECT_EQ(make_tuple(h.Mean(0, 255), h.Mean(10, 21), h.Mean(21, 10)),
               make_tuple(1.5, 15.0, 15.0));
     // The offset comes off the mean but not off the fallback.
-    h.Create(Bytes(ClImage::eInt8, {-128}));
+    h.Create(OneRow(ClImage::eInt8, {-128}));
     EXPECT_EQ(make_tuple(h.Mean(0, 255), h.Mean(10, 21)), make_tuple(-128.0, 15.0));
 
     // Range 0..254 leaves bin 255 out of the sum but not out of N = 4.
-    h.Create(Bytes(ClImage::eUInt8, {0, 2, 4, 255}));
+    h.Create(OneRow(ClImage::eUInt8, {0, 2, 4, 255}));
     EXPECT_DOUBLE_EQ(h.StdDev(0, 254), std::sqrt(8.0 / 3.0));
     // Signed: mean -127 (with offset), deviations from the plain bin index,
     // and 128 off the root.
-    h.Create(Bytes(ClImage::eInt8, {-128, -126}));
+    h.Create(OneRow(ClImage::eInt8, {-128, -126}));
     EXPECT_DOUBLE_EQ(h.StdDev(0, 255), std::sqrt(127.0 * 127.0 + 129.0 * 129.0) - 128.0);
 }
 
@@ -58,6 +38,7 @@ TEST(Histogram, RandomRectanglesCountAsAPlainLoopCounts)
         for (int32_t nWidth : {1, 2, 3, 4, 5, 7, 8, 9, 16, 17, 31, 320})
         {
             const int32_t nHeight = 1 + static_cast<int32_t>(rng() % 40);
+            const int nOffset = eType == ClImage::eInt8 ? 128 : 0; // signed -128 in bin 0
             ClImage image;
             image.Create(eType, nWidth, nHeight);
             std::memset(image.Data(), 99, static_cast<size_t>(image.ByteSize()));
@@ -74,16 +55,13 @@ TEST(Histogram, RandomRectanglesCountAsAPlainLoopCounts)
                 uint32_t expected[256] = {};
                 for (int32_t y = std::max(0, nTop); y < std::min(nHeight, nBottom); ++y)
                     for (int32_t x = std::max(0, nLeft); x < std::min(nWidth, nRight); ++x)
-                    {
-                        const uint8_t b = image.Row<uint8_t>(y)[x];
-                        ++expected[eType == ClImage::eInt8 ? static_cast<int8_t>(b) + 128 : b];
-                    }
+                        ++expected[static_cast<uint8_t>(image.Row<uint8_t>(y)[x] + nOffset)];
                 ClHistogram h;
                 h.Create(image, nLeft, nTop, nRight, nBottom);
                 EXPECT_EQ(std::memcmp(expected, h.m_nBins, sizeof(expected)), 0)
                     << nWidth << "x" << nHeight << " " << nLeft << ".." << nRight << ", " << nTop
                     << ".." << nBottom;
-                EXPECT_EQ(h.m_nOffset, eType == ClImage::eInt8 ? 128 : 0);
+                EXPECT_EQ(h.m_nOffset, nOffset);
             }
         }
 }

@@ -1,7 +1,4 @@
-#include <tuple>
-
-#include <gtest/gtest.h>
-
+#include "image/Stream.h"
 #include "ImageTestSupport.h"
 #include "MemoryStream.h"
 

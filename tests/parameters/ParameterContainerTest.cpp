@@ -1,13 +1,6 @@
 // Containers of parameters and their dotted paths.
-#include <string>
-#include <tuple>
-
-#include <gtest/gtest.h>
-
-#include "ParameterTestSupport.h"
-#include "image/ImageTestSupport.h"
 #include "parameters/ParameterContainer.h"
-#include "parameters/ParameterNumeric.h"
+#include "ParameterTestSupport.h"
 
 TEST(ParameterContainer, Paths)
 {

@@ -1,15 +1,7 @@
 // Enumeration and pointer parameters: exact entry texts and connected
 // addresses.
-#include <cstdio>
-
-#include <gtest/gtest.h>
-
-#include "ParameterTestSupport.h"
 #include "parameters/ParameterEnumPointer.h"
-#include "image/FpImage.h"
-#include "image/ImageTestSupport.h"
-#include "parameters/ParameterContainer.h"
-#include "parameters/ParameterNumeric.h"
+#include "ParameterTestSupport.h"
 
 TEST(ParameterEnumPointer, EntriesTakeOnlyTheirExactTextAndConnectionsPrintTheirAddress)
 {

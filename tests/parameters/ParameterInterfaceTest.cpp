@@ -1,12 +1,7 @@
 // Saving and loading the records of a parameter tree.
-#include <tuple>
-
-#include <gtest/gtest.h>
-
+#include "parameters/ParameterInterface.h"
 #include "ParameterTestSupport.h"
 #include "image/MemoryStream.h"
-#include "parameters/ParameterInterface.h"
-#include "parameters/ParameterNumeric.h"
 
 TEST(ParameterInterface, SaveAndLoadRoundTrip)
 {

@@ -1,14 +1,7 @@
 // Numeric parameters: text forms, decimal and hexadecimal input, limits and
 // the default test.
-#include <limits>
-#include <tuple>
-#include <utility>
-
-#include <gtest/gtest.h>
-
-#include "ParameterTestSupport.h"
-#include "image/ImageTestSupport.h"
 #include "parameters/ParameterNumeric.h"
+#include "ParameterTestSupport.h"
 
 TEST(ParameterNumeric, TextForms)
 {

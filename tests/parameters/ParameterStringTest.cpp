@@ -1,10 +1,6 @@
 // String parameters and their buffer sizes.
-#include <gtest/gtest.h>
-
-#include "ParameterTestSupport.h"
 #include "parameters/ParameterString.h"
-#include "image/ImageTestSupport.h"
-#include "parameters/ParameterNumeric.h"
+#include "ParameterTestSupport.h"
 
 TEST(ParameterString, BufferSizesBothWays)
 {

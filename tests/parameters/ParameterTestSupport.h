@@ -1,13 +1,14 @@
 #pragma once
 // Helpers of the parameter tests: the text forms of a parameter and a numeric
-// parameter with a member of its own.
+// parameter with a member of its own; the headers all of them use.
 #include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "image/FpImage.h"
 #include "image/ImageTestSupport.h"
-#include "parameters/ParameterNumeric.h"
+#include "parameters/ParameterContainer.h"
 
 // The value text, or the default text; it must fit, and the reported size
 // must count the terminator.

@@ -1,14 +1,7 @@
 // Parameters bound to members and accessors: owners with two bases, clones
 // and copies of connected values.
-#include <memory>
-
-#include <gtest/gtest.h>
-
-#include "ParameterTestSupport.h"
 #include "parameters/TypedParameter.h"
-#include "image/FpImage.h"
-#include "parameters/ParameterContainer.h"
-#include "parameters/ParameterNumeric.h"
+#include "ParameterTestSupport.h"
 
 namespace
 {

@@ -1,11 +1,6 @@
 // The old one-to-one base: every input and output type pair follows the
 // pixel function.
 #include "processing/Ip1To1BaseOld.h"
-
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "support/SampleReference.h"
 
 using namespace TestImages;
@@ -13,12 +8,9 @@ using namespace TestImages;
 namespace
 {
 
-// The old base: s ÷ 3 − 7.25.
-class ClThirdLessSeven : public ClIp1to1Base
+// s ÷ 3 − 7.25, counting its calls.
+struct ClThirdLessSeven : TpTestProcessor<ClIp1to1Base>
 {
-public:
-    ClProcessorBase* NewInstance() const override { return NewProcessor<ClThirdLessSeven>(); }
-    const char* GetName() const override { return "ClThirdLessSeven"; }
     double PixelOp(const ClImage&, const ClImage&, double dSample) override
     {
         ++nCalls;

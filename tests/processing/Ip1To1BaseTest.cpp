@@ -4,9 +4,6 @@
 
 #include <cmath>
 #include <functional>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "support/SampleReference.h"
 
@@ -16,9 +13,8 @@ namespace
 {
 
 // 2 × s + 1.5, counting its calls and those of PrepareOutput.
-class ClTwiceAndAHalf : public NewIpBase::ClIp1to1Base
+struct ClTwiceAndAHalf : TpTestProcessor<NewIpBase::ClIp1to1Base>
 {
-public:
     explicit ClTwiceAndAHalf(bool bInPlace = false, bool bLookup = true)
     {
         m_bInPlace = bInPlace;
@@ -26,8 +22,6 @@ public:
         for (ClImage::EDataType eType : AllTypes())
             AddDataType(eType);
     }
-    ClProcessorBase* NewInstance() const override { return NewProcessor<ClTwiceAndAHalf>(); }
-    const char* GetName() const override { return "ClTwiceAndAHalf"; }
     void PrepareOutput(ClImage& out) override
     {
         ++nPrepared;
@@ -41,10 +35,7 @@ public:
     int nCalls = 0, nPrepared = 0;
 };
 
-template <typename T> T Expected(T s)
-{
-    return SampleFromDouble<T>(2.0 * s + 1.5);
-}
+const auto Expected = [](auto s) { return SampleFromDouble<decltype(s)>(2.0 * s + 1.5); };
 
 } // namespace
 

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "processing/Ip2To1Base.h"
 #include "support/SampleReference.h"
 
@@ -9,19 +7,15 @@ namespace
 {
 
 // a − b ÷ 2, counting its calls; the overlap of the last run is visible.
-class ClHalfDifference : public ClIp2to1Base
+struct ClHalfDifference : TpTestProcessor<ClIp2to1Base>
 {
-public:
-    ClProcessorBase* NewInstance() const override { return NewProcessor<ClHalfDifference>(); }
-    const char* GetName() const override { return "ClHalfDifference"; }
     double PixelOp(const ClImage&, const ClImage&, const ClImage&, double a, double b) override
     {
         ++nCalls;
         return a - b / 2.0;
     }
-    bool& Lookup() { return m_bUseLookup; }
     int32_t nCalls = 0;
-    using ClIp2to1Base::m_nOverlapWidth, ClIp2to1Base::m_nOverlapHeight;
+    using ClIp2to1Base::m_bUseLookup, ClIp2to1Base::m_nOverlapWidth, ClIp2to1Base::m_nOverlapHeight;
 };
 
 // Runs op on one-plane images at the offset into a canvas of type eOut and
@@ -38,14 +32,16 @@ void ExpectCanvas(ClHalfDifference& op, int32_t dx, int32_t dy, const ClImage& f
     const int32_t w2 = second.Width(), h2 = second.Height();
     const int32_t cw = dx < 0 ? std::max(w2, w1 + ax) : std::max(w1, w2 + ax);
     const int32_t ch = dy < 0 ? std::max(h2, h1 + ay) : std::max(h1, h2 + ay);
-    std::vector<std::vector<double>> canvas(ch, std::vector<double>(cw, op.m_dFillColor));
+    ClImage canvas;
+    canvas.Create(ClImage::eDouble64, cw, ch);
+    canvas.Fill<double>(op.m_dFillColor);
     // Each image is copied row by row into the canvas's buffer, cut off at its end.
     auto place = [&](const ClImage& image, int32_t x0, int32_t y0)
     {
         for (int32_t y = 0; y < image.Height(); ++y)
             for (int32_t x = 0; x < image.Width(); ++x)
                 if (const int32_t n = (y0 + y) * cw + x0 + x; n < cw * ch)
-                    canvas[n / cw][n % cw] = SampleAt(image, x, y);
+                    At<double>(canvas, n % cw, n / cw) = SampleAt(image, x, y);
     };
     // A negative offset shifts both images by its amount.
     const int32_t sx = dx < 0 ? ax : 0, sy = dy < 0 ? ay : 0;
@@ -56,25 +52,20 @@ void ExpectCanvas(ClHalfDifference& op, int32_t dx, int32_t dy, const ClImage& f
     const int32_t ow = std::min(w1, w2) - ax, oh = std::min(h1, h2) - ay;
     EXPECT_EQ(op.m_nOverlapWidth, ow);
     EXPECT_EQ(op.m_nOverlapHeight, oh);
-    const bool bTable =
-        op.Lookup() && first.DataType() == ClImage::eUInt8 && second.DataType() == ClImage::eUInt8;
+    const bool bTable = op.m_bUseLookup && first.DataType() == ClImage::eUInt8 &&
+                        second.DataType() == ClImage::eUInt8;
     EXPECT_EQ(op.nCalls, bTable ? 65536 : ow > 0 && oh > 0 ? ow * oh : 0);
     for (int32_t y = 0; y < oh; ++y)
         for (int32_t x = 0; x < ow; ++x)
-            canvas[ay + y][ax + x] = SampleAt(first, x + std::max(dx, 0), y + std::max(dy, 0)) -
-                                     SampleAt(second, x + sx, y + sy) / 2.0;
+            At<double>(canvas, ax + x, ay + y) =
+                SampleAt(first, x + std::max(dx, 0), y + std::max(dy, 0)) -
+                SampleAt(second, x + sx, y + sy) / 2.0;
 
     ASSERT_TRUE(out.DataType() == eOut && out.Height() == ch && out.Width() == cw);
-    auto count = [&](auto tag)
-    {
-        using T = typename decltype(tag)::Type;
-        int nWrong = 0;
-        for (int32_t y = 0; y < ch; ++y)
-            for (int32_t x = 0; x < cw; ++x)
-                nWrong += !BitEqual(At<T>(out, x, y), SampleFromDouble<T>(canvas[y][x]));
-        return nWrong;
-    };
-    EXPECT_EQ(SelectDataType(eOut, count), 0);
+    EXPECT_EQ(CountWrong(canvas, out,
+                         [](auto s, int32_t, int32_t, auto o)
+                         { return SampleFromDouble<decltype(o)>(s); }),
+              0);
 }
 
 } // namespace
@@ -107,7 +98,7 @@ TEST(Ip2to1Base, CanvasPlacementFillAndOverlapForAnyOffset)
                 {
                     SCOPED_TRACE(testing::Message() << bLookup << " " << e1 << e2 << eOut);
                     ClHalfDifference op;
-                    op.Lookup() = bLookup;
+                    op.m_bUseLookup = bLookup;
                     ExpectCanvas(op, 0, 0, RandomImage(e1, 5, 3, 1, 55),
                                  RandomImage(e2, 5, 3, 1, 56), eOut);
                 }

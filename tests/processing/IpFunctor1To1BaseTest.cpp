@@ -1,11 +1,6 @@
 // The functor line's checks of images, boxes and step images.
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include "image/ImageTestSupport.h"
 #include "processing/Ip1To1BaseFilter.h"
-#include "support/OperatorTestImages.h"
+#include "support/SampleReference.h"
 
 using namespace TestImages;
 
@@ -13,11 +8,8 @@ namespace
 {
 
 // Adds 1 to every 8-bit sample and records the output it was given.
-class ClPlusOne : public ClIp1To1BaseFilter
+struct ClPlusOne : TpTestProcessor<ClIp1To1BaseFilter>
 {
-public:
-    ClProcessorBase* NewInstance() const override { return NewProcessor<ClPlusOne>(); }
-    const char* GetName() const override { return "ClPlusOne"; }
     int32_t Execute(ClImage& input, ClImage& output) override
     {
         m_pExecutedOut = &output;

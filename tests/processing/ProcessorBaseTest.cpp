@@ -1,13 +1,9 @@
 // The processor framework: order of the hooks, result codes, recorded
 // defaults and the names of refused data types.
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include "image/ImageTestSupport.h"
-#include "parameters/ParameterContainer.h"
 #include "processing/IpProcessorBase.h"
-#include "support/OperatorTestImages.h"
+
+#include "parameters/ParameterContainer.h"
+#include "support/SampleReference.h"
 
 using namespace TestImages;
 
@@ -15,11 +11,8 @@ namespace
 {
 
 // Hooks return what the test asks and record their calls.
-class ClScriptedProcessor : public ClProcessorBase
+struct ClScriptedProcessor : TpTestProcessor<ClProcessorBase>
 {
-public:
-    ClProcessorBase* NewInstance() const override { return nullptr; }
-    const char* GetName() const override { return "ClScriptedProcessor"; }
     int32_t Init() override { return m_Calls += "I", m_nInit; }
     int32_t Process() override { return m_Calls += "P", m_nProcess; }
     int32_t Finalize(int32_t nResult) override
@@ -68,22 +61,19 @@ TEST(ProcessorBase, ConnectParametersRecordsTrueDefaults)
     ClParameterContainer root;
     processor.ConnectParameters(root);
     // The members keep their values; the parameters know the defaults of SetDefaults.
-    EXPECT_EQ(processor.nFilterWidth, 9);
-    EXPECT_EQ(processor.pInImage, &image);
+    EXPECT_EQ(std::make_tuple(processor.nFilterWidth, processor.pInImage),
+              std::make_tuple(9, &image));
     root.ResetValue();
-    EXPECT_EQ(processor.nFilterWidth, 3);
-    EXPECT_EQ(processor.pInImage, nullptr);
+    EXPECT_EQ(std::make_tuple(processor.nFilterWidth, processor.pInImage),
+              std::make_tuple(3, static_cast<ClImage*>(nullptr)));
 }
 
 TEST(ProcessorBase, DataTypeCheckNamesTheRefusedType)
 {
     // A stage for 16-bit input: Init throws where CheckInput reports.
-    class ClTypedStage : public NewIpBase::ClIpProcessorBase
+    struct ClTypedStage : TpTestProcessor<NewIpBase::ClIpProcessorBase>
     {
-    public:
         ClTypedStage() { AddDataType(ClImage::eUInt16); }
-        ClProcessorBase* NewInstance() const override { return nullptr; }
-        const char* GetName() const override { return "ClTypedStage"; }
         void CheckInputImages() override { CheckDataType(image); }
         int32_t Process() override { return ++nProcessCalls; }
         ClImage image;

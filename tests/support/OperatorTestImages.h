@@ -24,14 +24,10 @@ inline const std::vector<ClImage::EDataType>& AllTypes()
     return types;
 }
 
-template <typename T> T& At(ClImage& image, int32_t x, int32_t y, uint32_t p = 0)
+// Sample x of row y in plane p, writable in a writable image.
+template <typename T, typename I> auto& At(I& image, int32_t x, int32_t y, uint32_t p = 0)
 {
-    return image.Row<T>(y)[static_cast<int64_t>(x) * image.Planes() + p];
-}
-
-template <typename T> T At(const ClImage& image, int32_t x, int32_t y, uint32_t p = 0)
-{
-    return image.Row<T>(y)[static_cast<int64_t>(x) * image.Planes() + p];
+    return image.template Row<T>(y)[static_cast<int64_t>(x) * image.Planes() + p];
 }
 
 // Equality of two samples bit for bit, so that NaNs of the same pattern agree.
@@ -96,10 +92,8 @@ inline bool SameSamples(const ClImage& a, const ClImage& b)
         return false;
     const size_t nBytes = static_cast<size_t>(a.Width()) * a.Planes() * a.SampleSize();
     for (int32_t y = 0; y < a.Height(); ++y)
-    {
         if (std::memcmp(a.Row<uint8_t>(y), b.Row<uint8_t>(y), nBytes) != 0)
             return false;
-    }
     return true;
 }
 

@@ -1,16 +1,26 @@
 #pragma once
-// The reference harness of the sample-by-sample operators.
+// The reference harness of the sample-by-sample operators, with what the
+// processor tests need besides.
 #include <initializer_list>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "image/ImageTestSupport.h"
+#include "processing/ProcessorBase.h"
 #include "processing/SelectDataTypes.h"
 #include "support/OperatorTestImages.h"
 
 namespace TestImages
 {
+
+// A processor of the given base under test; the tests never clone it.
+template <typename Base> struct TpTestProcessor : Base
+{
+    ClProcessorBase* NewInstance() const override { return nullptr; }
+    const char* GetName() const override { return "test"; }
+};
 
 // Counts samples of out (width × planes per row) not bit-equal to
 // expected(s, i, y, TOut()), s being the input's sample i of row y.

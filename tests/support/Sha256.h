@@ -1,6 +1,8 @@
 #pragma once
 // SHA-256 of a byte string, as a lower-case hex text: the fingerprint by
 // which the conformance set names its expected images.
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -11,69 +13,58 @@ namespace TestSupport
 
 inline std::string Sha256(const std::vector<uint8_t>& message)
 {
-    static const uint32_t k[64] = {
-        0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4,
-        0xab1c5ed5, 0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3, 0x72be5d74, 0x80deb1fe,
-        0x9bdc06a7, 0xc19bf174, 0xe49b69c1, 0xefbe4786, 0x0fc19dc6, 0x240ca1cc, 0x2de92c6f,
-        0x4a7484aa, 0x5cb0a9dc, 0x76f988da, 0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7,
-        0xc6e00bf3, 0xd5a79147, 0x06ca6351, 0x14292967, 0x27b70a85, 0x2e1b2138, 0x4d2c6dfc,
-        0x53380d13, 0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85, 0xa2bfe8a1, 0xa81a664b,
-        0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070, 0x19a4c116,
-        0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a, 0x5b9cca4f, 0x682e6ff3,
-        0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7,
-        0xc67178f2};
-    uint32_t h[8] = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-                     0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
+    // The round constants and the start value: the first 32 fraction bits of
+    // the cube roots of the first 64 primes and of the square roots of the
+    // first 8 (a wrong bit changes every hash the conformance set names).
+    uint32_t k[64], h[8];
+    auto fraction = [](double r)
+    { return static_cast<uint32_t>(std::ldexp(r - std::floor(r), 32)); };
+    for (int nPrime = 2, n = 0; n < 64; ++nPrime)
+    {
+        int d = 2;
+        while (nPrime % d != 0)
+            ++d;
+        if (d == nPrime && n < 8)
+            h[n] = fraction(std::sqrt(nPrime));
+        if (d == nPrime)
+            k[n++] = fraction(std::cbrt(nPrime));
+    }
     auto rotr = [](uint32_t x, int n) { return (x >> n) | (x << (32 - n)); };
 
     std::vector<uint8_t> m = message;
     const uint64_t nBits = static_cast<uint64_t>(message.size()) * 8;
     m.push_back(0x80);
-    while (m.size() % 64 != 56)
-        m.push_back(0);
+    m.resize((m.size() + 7) / 64 * 64 + 56);
     for (int i = 7; i >= 0; --i)
         m.push_back(static_cast<uint8_t>(nBits >> (8 * i)));
 
     for (size_t nBlock = 0; nBlock < m.size(); nBlock += 64)
     {
-        uint32_t w[64];
+        uint32_t w[64], v[8];
         for (int i = 0; i < 16; ++i)
             w[i] = uint32_t(m[nBlock + 4 * i]) << 24 | uint32_t(m[nBlock + 4 * i + 1]) << 16 |
                    uint32_t(m[nBlock + 4 * i + 2]) << 8 | uint32_t(m[nBlock + 4 * i + 3]);
         for (int i = 16; i < 64; ++i)
-        {
-            const uint32_t s0 = rotr(w[i - 15], 7) ^ rotr(w[i - 15], 18) ^ (w[i - 15] >> 3);
-            const uint32_t s1 = rotr(w[i - 2], 17) ^ rotr(w[i - 2], 19) ^ (w[i - 2] >> 10);
-            w[i] = w[i - 16] + s0 + w[i - 7] + s1;
-        }
-        uint32_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], hh = h[7];
+            w[i] = w[i - 16] + (rotr(w[i - 15], 7) ^ rotr(w[i - 15], 18) ^ (w[i - 15] >> 3)) +
+                   w[i - 7] + (rotr(w[i - 2], 17) ^ rotr(w[i - 2], 19) ^ (w[i - 2] >> 10));
+        std::copy(h, h + 8, v); // a b c d e f g h
         for (int i = 0; i < 64; ++i)
         {
-            const uint32_t S1 = rotr(e, 6) ^ rotr(e, 11) ^ rotr(e, 25);
-            const uint32_t ch = (e & f) ^ (~e & g);
-            const uint32_t t1 = hh + S1 + ch + k[i] + w[i];
-            const uint32_t S0 = rotr(a, 2) ^ rotr(a, 13) ^ rotr(a, 22);
-            const uint32_t maj = (a & b) ^ (a & c) ^ (b & c);
-            const uint32_t t2 = S0 + maj;
-            hh = g;
-            g = f;
-            f = e;
-            e = d + t1;
-            d = c;
-            c = b;
-            b = a;
-            a = t1 + t2;
+            const uint32_t t1 = v[7] + (rotr(v[4], 6) ^ rotr(v[4], 11) ^ rotr(v[4], 25)) +
+                                ((v[4] & v[5]) ^ (~v[4] & v[6])) + k[i] + w[i];
+            const uint32_t t2 = (rotr(v[0], 2) ^ rotr(v[0], 13) ^ rotr(v[0], 22)) +
+                                ((v[0] & v[1]) ^ (v[0] & v[2]) ^ (v[1] & v[2]));
+            std::copy_backward(v, v + 7, v + 8);
+            v[0] = t1 + t2;
+            v[4] += t1;
         }
-        h[0] += a, h[1] += b, h[2] += c, h[3] += d, h[4] += e, h[5] += f, h[6] += g, h[7] += hh;
+        for (int i = 0; i < 8; ++i)
+            h[i] += v[i];
     }
-    std::string text;
-    char szHex[9];
-    for (uint32_t v : h)
-    {
-        std::snprintf(szHex, sizeof(szHex), "%08x", v);
-        text += szHex;
-    }
-    return text;
+    char szHex[65];
+    for (int i = 0; i < 8; ++i)
+        std::snprintf(szHex + 8 * i, 9, "%08x", h[i]);
+    return szHex;
 }
 
 } // namespace TestSupport
