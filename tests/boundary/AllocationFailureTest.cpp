@@ -37,6 +37,7 @@ void* operator new(std::size_t nSize)
         return p;
     throw std::bad_alloc();
 }
+
 void* operator new[](std::size_t nSize) { return operator new(nSize); }
 void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
 void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }

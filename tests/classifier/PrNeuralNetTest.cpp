@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <tuple>
+
+#include <gtest/gtest.h>
 
 #include "classifier/FeatureScaling.h"
 #include "classifier/PrNeuralNet.h"

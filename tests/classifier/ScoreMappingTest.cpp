@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdint>
 #include <tuple>
+
+#include <gtest/gtest.h>
 
 #include "classifier/RateTables.h"
 #include "classifier/ScoreMapping.h"

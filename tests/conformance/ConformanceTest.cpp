@@ -1,8 +1,6 @@
 // Every run of the conformance set (captures with the results that an
 // independent implementation computed for them) through the library, each
 // mismatch reported by run name and quantity.
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <algorithm>
 #include <fstream>
@@ -10,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "CaptureRun.h"
@@ -66,19 +65,18 @@ public:
     {
         const std::string wanted = expected.is_null() ? "" : expected.get<std::string>();
         if (wanted != actual)
-            m_lines.push_back(m_run + ": " + quantity + " expected " + expected.dump() +
-                              ", got " + json(actual).dump());
+            m_lines.push_back(m_run + ": " + quantity + " expected " + expected.dump() + ", got " +
+                              json(actual).dump());
     }
     // Within 1e-9 relative, or 1e-12 absolute near zero; NaN equals NaN and
     // an infinity only itself. Non-finite numbers are written as strings.
     void Close(const std::string& quantity, const json& expected, double actual)
     {
         const double wanted = Number(expected);
-        const bool bMatch =
-            std::isnan(wanted) ? std::isnan(actual)
-            : std::isinf(wanted)
-                ? wanted == actual
-                : std::fabs(actual - wanted) <= std::max(1e-12, 1e-9 * std::fabs(wanted));
+        const bool bMatch = std::isnan(wanted)   ? std::isnan(actual)
+                            : std::isinf(wanted) ? wanted == actual
+                                                 : std::fabs(actual - wanted) <=
+                                                       std::max(1e-12, 1e-9 * std::fabs(wanted));
         if (!bMatch)
             Report(quantity, expected.dump(), actual);
     }
@@ -152,13 +150,15 @@ void CompareFingerHalf(const json& expected, const CaptureResult& result, Compar
 void CompareFakeHalf(const json& expected, const CaptureResult& result, Comparison& compare)
 {
     const json& falloff = expected.at("falloff_passed");
-    compare.Exact("falloff_passed", falloff.is_null() ? json(-1) : json(falloff.get<bool>() ? 1 : 0),
+    compare.Exact("falloff_passed",
+                  falloff.is_null() ? json(-1) : json(falloff.get<bool>() ? 1 : 0),
                   result.nFalloff);
     const json& hashes = expected.at("sha256");
     compare.Text("sha256.final_mask", hashes.at("final_mask"), ImageHash(result.finalMask));
     compare.Text("sha256.masked_image", hashes.at("masked_image"), ImageHash(result.masked));
     const json& features = expected.at("features");
-    compare.Exact("feature count", json(features.size()), static_cast<double>(result.features.size()));
+    compare.Exact("feature count", json(features.size()),
+                  static_cast<double>(result.features.size()));
     for (size_t i = 0; i < features.size() && i < result.features.size(); ++i)
         compare.Close("features[" + std::to_string(i) + "]", features.at(i), result.features[i]);
     compare.Close("net_output", expected.at("net_output"),
@@ -168,8 +168,10 @@ void CompareFakeHalf(const json& expected, const CaptureResult& result, Comparis
     // otherwise the mapping of the net output lifted by the smallest normal
     // double, so that no computed score is 0.
     const bool bRejected = falloff.is_boolean() && !falloff.get<bool>();
-    const double dWanted =
-        bRejected ? 0.0 : NeuralNet::ScoreOfNetOutput(Number(expected.at("net_output"))) + 2.2250738585072014e-308;
+    const double dWanted = bRejected
+                               ? 0.0
+                               : NeuralNet::ScoreOfNetOutput(Number(expected.at("net_output"))) +
+                                     2.2250738585072014e-308;
     compare.Exact("score", json(dWanted), result.bScore ? result.dScore : std::nan(""));
     if (!bRejected && !(result.dScore > 0.0))
         compare.Text("score", json("above 0"), std::to_string(result.dScore));

@@ -29,6 +29,7 @@ TEST(IpExtractFeatures, AreaStatisticsCountBin0OnlyInTheDivisorAndLeaveBin255Out
     ClIpExtractFeatures::AreaStatistics(empty, adOut);
     EXPECT_EQ(std::vector<double>(adOut, adOut + 3), (std::vector<double>{128.0, 0.0, 0.0}));
 }
+
 TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder1000Pixels)
 {
     // The pixels of 255 where where(x, y) in the final mask that the driver
@@ -68,6 +69,7 @@ TEST(IpExtractFeatures, FinalMaskKeepsTheFirstOfEqualPiecesAndFillsHolesUnder100
     EXPECT_EQ(countIn(withHole(13, 23), inHole), 57 * 57);
     EXPECT_EQ(countIn(withHole(11, 26), inHole), 57 * 57 - 1000);
 }
+
 TEST(IpExtractFeatures, RefusesMissingImagesInOrderAndAFastMaskOfAnotherSize)
 {
     ClImage image = Filled(320, 480, 0), small = Filled(32, 48, 255), mask;

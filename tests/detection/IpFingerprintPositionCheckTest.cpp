@@ -25,11 +25,13 @@ void ExpectVerdict(const Inside& inside, int32_t nCode, const char* szText = nul
     else
         ExpectThrows([&] { check.Run(); }, nCode, szText);
 }
+
 // The first n pixels in raster order, plus the pixel (5, nExtra).
 Inside UpTo(int32_t n, int32_t nExtra = -1)
 {
     return [=](int32_t x, int32_t y) { return y * 320 + x < n || (x == 5 && y == nExtra); };
 }
+
 } // namespace
 
 TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
@@ -51,6 +53,7 @@ TEST(IpFingerprintPositionCheck, AreaLimitsAreThoseOfTheCaptureSize)
     ClIpFingerprintPositionCheck check;
     ExpectThrows([&] { check.Run(); }, -701, "Input image not assigned");
 }
+
 TEST(IpFingerprintPositionCheck, SpreadOfTheRowCentresAgainstTheMeanWidth)
 {
     // Every row holds a print of width 120 whose centre is 160 + a or 160 - a,

@@ -28,6 +28,7 @@ TEST(IpGetMoonValues, RefusesMissingImageThenSizeThenTypeBeforeAnyWork)
         EXPECT_EQ(moon.dOutDeviation, 7.0);
     }
 }
+
 TEST(IpGetMoonValues, CutsLevelOneWithT1LevelTwoWithT2AndTwoDarkPixelsAreTheFewestToCount)
 {
     // 8 x 8, T1 = 0.3, T2 = 0.6. Level 1: rows 0-3 and columns 4-7; level 2:

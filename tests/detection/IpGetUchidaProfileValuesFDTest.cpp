@@ -29,6 +29,7 @@ std::string Drawn(int32_t W, int32_t H, V P0, V P1, V P2, ClImage& out)
             s += x < W ? static_cast<char>('0' + mask.Row<uint8_t>(y)[x]) : '|';
     return s;
 }
+
 std::vector<double> Values(ClImage image, ClImage mask, double dBlockSize = 8.0)
 {
     Stage stage;
@@ -37,6 +38,7 @@ std::vector<double> Values(ClImage image, ClImage mask, double dBlockSize = 8.0)
     EXPECT_EQ(stage.Run(), 0);
     return {stage.m_pdOutProfileValues, stage.m_pdOutProfileValues + Stage::kValues};
 }
+
 } // namespace
 
 TEST(IpGetUchidaProfileValuesFD, TrianglesFollowTheFixedPointRulesToThePixel)
@@ -66,6 +68,7 @@ TEST(IpGetUchidaProfileValuesFD, TrianglesFollowTheFixedPointRulesToThePixel)
     for (const V& far : {V{-1, 0, 0}, V{6, 0, 0}, V{0, 5, 0}, V{kBig, kBig, 0}, V{0, 0, 256}})
         EXPECT_EQ(Drawn(6, 5, far, {4, 2, 0}, {0, 4, 0}, out), kNothing);
 }
+
 TEST(IpGetUchidaProfileValuesFD, OneValidPixelHasNoSpreadAndNoneGivesNaNMeansWithoutAnError)
 {
     // One masked pixel per block, minimum and maximum at once; the only
@@ -90,6 +93,7 @@ TEST(IpGetUchidaProfileValuesFD, OneValidPixelHasNoSpreadAndNoneGivesNaNMeansWit
         for (int k = 0; k < Stage::kValues; ++k)
             EXPECT_TRUE(k < 6 ? std::isnan(v[k]) : v[k] == 0.0 && std::signbit(v[k])) << k;
 }
+
 TEST(IpGetUchidaProfileValuesFD, RefusesMissingInputsAnImageOfAnotherTypeAndAnUnfitMask)
 {
     ClImage image = Filled(16, 16, 0), small = Filled(16, 8, 0),

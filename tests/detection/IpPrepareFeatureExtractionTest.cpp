@@ -28,6 +28,7 @@ TEST(IpPrepareFeatureExtraction, TextureMustExceed32AndFillTwoThirdsOfTheCleanin
     EXPECT_EQ(inRow30(200, 30, 27) - inRow30(200, 30, 28), 1);
     EXPECT_EQ(inRow30(200, 30), 28);
 }
+
 TEST(IpPrepareFeatureExtraction, AFlatCaptureGivesAnEmptyMaskAndMissingImagesTheirTexts)
 {
     ClImage capture = Filled(320, 480, 90), prepared, mask;

@@ -21,6 +21,7 @@ std::vector<double> Curve(ClImage image, ClImage mask)
     EXPECT_EQ(stage.Run(), 0);
     return {stage.m_adSpectrum, stage.m_adSpectrum + 128};
 }
+
 } // namespace
 
 TEST(IpSpectrumAnalysis, WindowFollowsTheMaskCentreClampedInsideTheImage)
@@ -39,6 +40,7 @@ TEST(IpSpectrumAnalysis, WindowFollowsTheMaskCentreClampedInsideTheImage)
     EXPECT_EQ(Curve(image, Spot(300, 280, 254, 0, 0, 255)), Curve(Piece(0, 0), corner));
     EXPECT_EQ(Curve(image, Spot(300, 280, 254, 299, 279, 255)), Curve(Piece(43, 23), corner));
 }
+
 TEST(IpSpectrumAnalysis, FlatWindowIsNaNAndAnEmptyMaskKeepsAllButTheFirstSix)
 {
     for (double d : Curve(Filled(256, 256, 77), Filled(256, 256, 255)))
@@ -57,6 +59,7 @@ TEST(IpSpectrumAnalysis, FlatWindowIsNaNAndAnEmptyMaskKeepsAllButTheFirstSix)
     EXPECT_EQ(stage.Run(), ZRC_ERROR_BITMAP_NO_FINGER);
     EXPECT_EQ(std::vector<double>(S, S + 128), expected);
 }
+
 TEST(IpSpectrumAnalysis, RefusesMissingPointersThenSmallOrUnequalImages)
 {
     ClImage a = Filled(255, 256, 0), b = Filled(256, 255, 0), c = Filled(256, 256, 0),

@@ -52,6 +52,7 @@ TEST(Sentivo, InitResetsTheScoreAndChecksTheInputsInOrder)
         EXPECT_EQ(d.m_bStrict, nLevel == 1);
     }
 }
+
 namespace
 {
 // A handle with a loader of conformance captures and the code of its finger half.
@@ -76,6 +77,7 @@ struct Scanner
     }
     ClSentivoSDKHandle handle;
 };
+
 } // namespace
 
 TEST(SentivoFingerHalf, TheProfileIsKeptPerHandleThroughResetsAndFailures)
@@ -99,6 +101,7 @@ TEST(SentivoFingerHalf, TheProfileIsKeptPerHandleThroughResetsAndFailures)
     scanner.Load("live_a");
     EXPECT_EQ(scanner.Finger(), 0);
 }
+
 TEST(SentivoFingerHalf, AFailureClearsTheFingerFoundForTheFakeHalf)
 {
     Scanner scanner;
@@ -116,6 +119,7 @@ TEST(SentivoFingerHalf, AFailureClearsTheFingerFoundForTheFakeHalf)
     ExpectThrows([&] { scanner.handle.DetectFake(&dScore); }, -15, "no finger in images");
     EXPECT_EQ(dScore, 0.0);
 }
+
 TEST(SentivoFakeHalf, FalloffBandsMustFallSteeplyFromAnEarlyMaximum)
 {
     // Seven bands (rows 32 + 32 i to 63 + 32 i, columns 10-309) flat at their

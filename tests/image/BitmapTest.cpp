@@ -1,4 +1,5 @@
 #include "image/Bitmap.h"
+
 #include "ImageTestSupport.h"
 
 using std::make_tuple;

@@ -1,4 +1,5 @@
 #include "image/Stream.h"
+
 #include "ImageTestSupport.h"
 #include "MemoryStream.h"
 

@@ -1,5 +1,7 @@
 #include <tuple>
+
 #include <gtest/gtest.h>
+
 #include "operators/IpAnd.h"
 #include "support/SampleReference.h"
 

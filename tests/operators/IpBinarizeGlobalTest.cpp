@@ -1,8 +1,11 @@
 // Binarisation: derived and given thresholds, limits and the status text.
 #include "operators/IpBinarizeGlobal.h"
+
 #include <cmath>
 #include <vector>
+
 #include <gtest/gtest.h>
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,7 +1,10 @@
 // Conversion of every type pair, with and without rounding.
 #include "operators/IpConvertDataType.h"
+
 #include <vector>
+
 #include <gtest/gtest.h>
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

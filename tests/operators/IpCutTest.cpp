@@ -1,7 +1,10 @@
 // Cutting rectangles out of images of every type, and its limits.
 #include "operators/IpCut.h"
+
 #include <random>
+
 #include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "support/OperatorTestImages.h"
 

@@ -1,7 +1,9 @@
 // Min and max filters against the extreme of each window, or the running rule.
-#include <gtest/gtest.h>
 #include <limits>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "operators/IpFilterMax.h"
 #include "operators/IpFilterMin.h"
 #include "WindowReference.h"
@@ -98,6 +100,7 @@ void ExpectAllWidths(const ClImage& in, R reference,
                 ASSERT_TRUE(SameSamples(reference(bMax, in, nMode, nWidth), out));
             }
 }
+
 } // namespace
 
 TEST(IpFilterExtreme, EveryTypeMatchesTheCutOffWindowOrTheRunningRule)

@@ -1,7 +1,9 @@
 // ClIpFilterMedian against the median of each window, and its width limits.
-#include <gtest/gtest.h>
 #include <algorithm>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "operators/IpFilterMedian.h"
 #include "WindowReference.h"
 
@@ -41,6 +43,7 @@ int32_t Expected(int32_t nMode, int32_t& nMember, const ClImage& in, ClImage& ex
     expected = Walk<T>(in, ModeBox(nMode, in.Width(), in.Height(), range), median);
     return 0;
 }
+
 } // namespace
 
 TEST(IpFilterMedian, EveryTypeMatchesTheMedianOfItsWindows)

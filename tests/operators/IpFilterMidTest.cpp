@@ -1,6 +1,8 @@
 // ClIpFilterMid against the mean of each cut-off window.
-#include <gtest/gtest.h>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "operators/IpFilterMid.h"
 #include "WindowReference.h"
 
@@ -61,6 +63,7 @@ void ExpectOnGrid(const ClImage& in, int32_t nMode, int32_t nWidth, int32_t nSte
         for (int32_t x = 0; x < in.Width(); x += nStepX)
             ASSERT_TRUE(right(x, y)) << x << "," << y << " w " << nWidth << " mode " << nMode;
 }
+
 } // namespace
 
 TEST(IpFilterMid, EveryTypeMatchesTheMeanOfItsWindows)

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <complex>
+
 #include <gtest/gtest.h>
+
 #include "operators/IpFourier2.h"
 #include "support/OperatorTestImages.h"
 

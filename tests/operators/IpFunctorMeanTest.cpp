@@ -1,8 +1,10 @@
 // ClIpFunctorMean against a plain evaluation of its fixed-point definition.
-#include <gtest/gtest.h>
 #include <algorithm>
 #include <array>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "operators/IpFunctorMean.h"
 #include "WindowReference.h"
@@ -15,6 +17,7 @@ namespace
 // Accumulator: int for 8/16-bit, 64-bit for 32-bit, the sample type for floats.
 template <typename T>
 using Acc = std::conditional_t<std::is_floating_point_v<T>, T,
+
                                std::conditional_t<sizeof(T) == 4, int64_t, int32_t>>;
 
 template <typename T> Acc<T> Weight(int32_t w)
@@ -96,6 +99,7 @@ void Check(const ClImage& in, const ClImage& out, int32_t w, int32_t nMode, cons
                         }
             });
 }
+
 } // namespace
 
 TEST(IpFunctorMean, MatchesTheDefinitionOnRandomImagesOfEveryType)

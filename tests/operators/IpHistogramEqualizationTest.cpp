@@ -1,7 +1,10 @@
 // Equalisation: every sample becomes its share of the range.
 #include "operators/IpHistogramEqualization.h"
+
 #include <vector>
+
 #include <gtest/gtest.h>
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,7 +1,10 @@
 // Inversion mirrors the range of every type.
 #include "operators/IpInvert.h"
+
 #include <vector>
+
 #include <gtest/gtest.h>
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,6 +1,8 @@
 // Joining planes: the content decides the planes, absent planes are filled.
 #include "operators/IpJoinPlanes.h"
+
 #include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "support/OperatorTestImages.h"
 

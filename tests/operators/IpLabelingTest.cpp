@@ -1,8 +1,10 @@
 // Labels against a flood fill of 4-connected zero regions in row-major order.
-#include <gtest/gtest.h>
 #include <functional>
 #include <random>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "operators/IpLabeling.h"
 #include "support/OperatorTestImages.h"

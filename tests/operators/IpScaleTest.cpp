@@ -1,6 +1,8 @@
 // Scaling multiplies and clamps to the output range.
 #include "operators/IpScale.h"
+
 #include <gtest/gtest.h>
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

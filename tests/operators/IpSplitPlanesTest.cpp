@@ -1,6 +1,8 @@
 // Splitting planes and joining them again, every type and plane count.
 #include "operators/IpSplitPlanes.h"
+
 #include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "operators/IpJoinPlanes.h"
 #include "support/OperatorTestImages.h"

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <tuple>
+
 #include <gtest/gtest.h>
+
 #include "operators/IpSubtract.h"
 #include "support/SampleReference.h"
 
@@ -95,6 +97,7 @@ void ExpectDifferences(int32_t nRange, uint32_t nPlanes1, ClImage::EDataType e1,
     const double hi[] = {std::max(a, b), first.UpperBound() - second.LowerBound(), 200.0};
     EXPECT_EQ(WrongDifferences(first, second, out, lo[nRange], hi[nRange]), 0);
 }
+
 } // namespace
 
 TEST(IpSubtract, EveryTypeTripleRangeTypeAndPlanePairMatchesTheDefinition)

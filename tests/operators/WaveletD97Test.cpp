@@ -1,7 +1,9 @@
 // ClWaveletD97 against a plain evaluation of the lifting steps, bit for bit.
-#include <gtest/gtest.h>
 #include <cmath>
 #include <vector>
+
+#include <gtest/gtest.h>
+
 #include "image/ImageTestSupport.h"
 #include "operators/WaveletD97.h"
 #include "support/OperatorTestImages.h"
@@ -77,6 +79,7 @@ void Levels(ClImage& image, int32_t nLevels, bool bInverse)
                                                : Level<float>(image, w, h, bInverse);
     }
 }
+
 } // namespace
 
 TEST(ClWaveletD97, MatchesThePlainLiftingBitForBitAndRoundTrips)

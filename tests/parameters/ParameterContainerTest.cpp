@@ -1,5 +1,6 @@
 // Containers of parameters and their dotted paths.
 #include "parameters/ParameterContainer.h"
+
 #include "ParameterTestSupport.h"
 
 TEST(ParameterContainer, Paths)

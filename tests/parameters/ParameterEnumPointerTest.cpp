@@ -1,6 +1,7 @@
 // Enumeration and pointer parameters: exact entry texts and connected
 // addresses.
 #include "parameters/ParameterEnumPointer.h"
+
 #include "ParameterTestSupport.h"
 
 TEST(ParameterEnumPointer, EntriesTakeOnlyTheirExactTextAndConnectionsPrintTheirAddress)

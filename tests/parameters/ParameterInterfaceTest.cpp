@@ -1,5 +1,6 @@
 // Saving and loading the records of a parameter tree.
 #include "parameters/ParameterInterface.h"
+
 #include "ParameterTestSupport.h"
 #include "image/MemoryStream.h"
 

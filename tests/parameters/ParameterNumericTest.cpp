@@ -1,6 +1,7 @@
 // Numeric parameters: text forms, decimal and hexadecimal input, limits and
 // the default test.
 #include "parameters/ParameterNumeric.h"
+
 #include "ParameterTestSupport.h"
 
 TEST(ParameterNumeric, TextForms)

@@ -1,5 +1,6 @@
 // String parameters and their buffer sizes.
 #include "parameters/ParameterString.h"
+
 #include "ParameterTestSupport.h"
 
 TEST(ParameterString, BufferSizesBothWays)

@@ -1,6 +1,7 @@
 // Parameters bound to members and accessors: owners with two bases, clones
 // and copies of connected values.
 #include "parameters/TypedParameter.h"
+
 #include "ParameterTestSupport.h"
 
 namespace

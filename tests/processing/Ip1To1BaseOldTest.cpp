@@ -1,6 +1,7 @@
 // The old one-to-one base: every input and output type pair follows the
 // pixel function.
 #include "processing/Ip1To1BaseOld.h"
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,4 +1,5 @@
 #include "processing/Ip2To1Base.h"
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

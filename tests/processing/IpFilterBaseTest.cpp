@@ -1,6 +1,7 @@
 // The filter line's common rules: narrow widths copied, no in-place use, the
 // choice of hook, XY as two passes, colour plane by plane.
 #include "processing/IpFilterBase.h"
+
 #include "support/SampleReference.h"
 
 using namespace TestImages;

@@ -1,7 +1,6 @@
 // The processor framework: order of the hooks, result codes, recorded
 // defaults and the names of refused data types.
 #include "processing/IpProcessorBase.h"
-
 #include "parameters/ParameterContainer.h"
 #include "support/SampleReference.h"
 

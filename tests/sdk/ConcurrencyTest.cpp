@@ -41,6 +41,7 @@ std::vector<Outcome> Judge(const std::vector<Capture>& captures, int nCount)
     EXPECT_EQ(SentivoDestroyHandle(&h), 0);
     return outcomes;
 }
+
 } // namespace
 
 TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
@@ -64,6 +65,7 @@ TEST(Concurrency, EightHandlesOnEightThreadsJudgeAsOneDoesAlone)
         EXPECT_EQ(result, alone);
     EXPECT_EQ(SentivoUninitialize(), 0);
 }
+
 TEST(Concurrency, HandlesAndInitialisationsComeAndGoOnManyThreads)
 {
     // One initialisation holds the library while others come and go.

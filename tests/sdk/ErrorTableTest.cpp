@@ -46,6 +46,7 @@ TEST(ErrorTable, FollowsThePublicHeaderRowForRow)
     EXPECT_EQ(E_INVALIDARG, static_cast<int32_t>(0x80070057u));
     EXPECT_EQ(DISP_E_ARRAYISLOCKED, static_cast<int32_t>(0x8002000Du));
 }
+
 TEST(ErrorTable, KeepsTheFixedWordingOfTheCodesCallersMeet)
 {
     for (auto [nCode, szText] : std::initializer_list<std::pair<int32_t, const char*>>{

@@ -53,6 +53,7 @@ TEST(ClException, EveryKindIsCaughtAsTheBaseWithTheTableSentenceThenTheRemark)
     EXPECT_EQ(specific.GetError(), ENOMEM);
     EXPECT_STREQ(specific.what(), std::strerror(ENOMEM));
 }
+
 TEST(ClException, CopiesOwnTheirTextAndOutliveTheOriginal)
 {
     auto* pOriginal = new ClExRange("Value out of range", -35, false, "Unit.cpp", 7);

@@ -25,6 +25,7 @@ extern "C" __attribute__((visibility("default"))) void OutputDebugStringA(const 
     const std::lock_guard<std::mutex> lock(g_DebugLinesMutex);
     g_DebugLines.emplace_back(szText);
 }
+
 TEST(Logging, LineLimitIs1023Characters)
 {
     g_DebugLines.clear();
@@ -37,6 +38,7 @@ TEST(Logging, LineLimitIs1023Characters)
     ExpectThrows([&] { log(5000); }, ZRC_ERROR_LOGGING, std::strerror(EOVERFLOW));
     EXPECT_EQ(g_DebugLines, (std::vector<std::string>{longest, "\n"}));
 }
+
 TEST(Logging, ExportedFunctionsWriteEnterLeaveAndErrorLinesToTheDebugSink)
 {
     // Handle creation and destruction write nothing.

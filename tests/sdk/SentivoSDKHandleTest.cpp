@@ -141,6 +141,7 @@ TEST_F(SentivoSDKHandle, EveryHandleFunctionRefusesNullAndForgedHandles)
     for (SentivoHandle h : forged)
         EXPECT_EQ(SentivoDestroyHandle(&h), ZRC_ERROR_INVALID_HANDLE);
 }
+
 TEST_F(SentivoSDKHandle, BadHandleVariablesGive701AndKeepTheHandleAlive)
 {
     Page readOnly(PROT_READ), noAccess(PROT_NONE);
@@ -163,6 +164,7 @@ TEST_F(SentivoSDKHandle, BadHandleVariablesGive701AndKeepTheHandleAlive)
     EXPECT_EQ(*pHandle, nullptr); // zeroed, and refused a second time
     EXPECT_EQ(SentivoDestroyHandle(pHandle), ZRC_ERROR_NO_HANDLE);
 }
+
 TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndText)
 {
     const Block valid;
@@ -211,6 +213,7 @@ TEST_F(SentivoSDKHandle, SetImageChecksTheIndexFirstThenEachFaultWithItsCodeAndT
         EXPECT_EQ(Set(0, Block(nullptr, nFull - nSize)), -21) << nSize;
     EXPECT_EQ(Set(0, Block([](Header& h) { h.biWidth = 322; }, 1)), -21);
 }
+
 TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTheOldImage)
 {
     // Entry i becomes (i, i, i), its fourth byte kept.
@@ -232,6 +235,7 @@ TEST_F(SentivoSDKHandle, SetImageRewritesThePaletteEvenOnALaterFailureAndKeepsTh
     EXPECT_EQ(Set(0, Block(kNarrow)), 0);
     EXPECT_EQ(SentivoDetectFinger(m_h), -14);
 }
+
 TEST_F(SentivoSDKHandle, PropertiesReportTheNeededSizeFirstAndRefuseWrongKindsAlsoWideAndTyped)
 {
     char sz[32] = "untouched";

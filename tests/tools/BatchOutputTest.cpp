@@ -50,6 +50,7 @@ BatchRecord Record(const std::string& current, std::optional<std::string> label,
     record.score = score;
     return record;
 }
+
 } // namespace
 
 TEST(Csv, FieldsAreQuotedOnlyWhereTheyMustAndReadBackUnchanged)

@@ -60,6 +60,7 @@ bool PanelIs(const Png& overview, uint32_t nLeft, const Png& image)
                            overview.pixels.begin() + y * overview.nWidth + nLeft);
     return bSame;
 }
+
 } // namespace
 
 TEST(CaptureCommands, ScoreJudgesAStillFingerAndPreviousShowsAMovingOne)

@@ -18,6 +18,7 @@ std::string Label(const CaptureEntry& entry)
 {
     return entry.label ? *entry.label : "none";
 }
+
 } // namespace
 
 TEST(CaptureSources, FoldersAreWalkedInNameOrderAndLabelledByTheNearestClassFolder)

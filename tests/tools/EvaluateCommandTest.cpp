@@ -43,6 +43,7 @@ size_t Count(const std::string& text, const std::string& what)
         ++nCount;
     return nCount;
 }
+
 } // namespace
 
 TEST(EvaluateCommand, MetricsOfAHandCountedSet)
