@@ -39,18 +39,7 @@ size_t ErrorLine(const std::string& text)
     return 0;
 }
 
-BatchRecord Record(const std::string& current, std::optional<std::string> label, int32_t nCode,
-                   std::optional<double> score)
-{
-    BatchRecord record;
-    record.current = current;
-    record.label = std::move(label);
-    record.nFingerCode = nCode;
-    record.message = "text, with \"quotes\"";
-    record.score = score;
-    return record;
-}
-
+const std::string kMessage = "text, with \"quotes\"";
 } // namespace
 
 TEST(Csv, FieldsAreQuotedOnlyWhereTheyMustAndReadBackUnchanged)
@@ -60,7 +49,6 @@ TEST(Csv, FieldsAreQuotedOnlyWhereTheyMustAndReadBackUnchanged)
     EXPECT_EQ(CsvField("say \"hi\""), "\"say \"\"hi\"\"\"");
     EXPECT_EQ(CsvField("two\nlines"), "\"two\nlines\"");
     EXPECT_EQ(CsvField(""), "\"\"");
-
     const std::string text = "\xEF\xBB\xBF"
                              "a,\"b,c\",,\"\"\r\n"
                              "\n"
@@ -70,16 +58,14 @@ TEST(Csv, FieldsAreQuotedOnlyWhereTheyMustAndReadBackUnchanged)
     EXPECT_EQ(ReadAll(text), (std::vector<std::vector<std::string>>{{"a", "b,c", "<null>", ""},
                                                                     {"x\"y", "multi\nline", "z"},
                                                                     {"last", "unterminated"}}));
-
+    // Lines are counted past the blank line and the quoted line break.
     CsvReader reader(text);
     std::vector<CsvValue> record;
-    reader.Next(record);
-    EXPECT_EQ(reader.Line(), 1u);
-    reader.Next(record);
-    EXPECT_EQ(reader.Line(), 3u); // behind the blank line
-    reader.Next(record);
-    EXPECT_EQ(reader.Line(), 5u); // the quoted line break counts
-
+    for (const size_t nLine : {1u, 3u, 5u})
+    {
+        reader.Next(record);
+        EXPECT_EQ(reader.Line(), nLine);
+    }
     EXPECT_EQ(ErrorLine("a,b\nc\"d,e\n"), 2u);   // a quote in an unquoted field
     EXPECT_EQ(ErrorLine("a\n\n\"open,b\n"), 3u); // never closed: where the quote opens
     EXPECT_EQ(ErrorLine("\"closed\"x,b\n"), 1u); // text behind the closing quote
@@ -88,16 +74,14 @@ TEST(Csv, FieldsAreQuotedOnlyWhereTheyMustAndReadBackUnchanged)
 TEST(BatchRecord, LinesCarryTheFieldsInOrderAndScoresReadBackExactly)
 {
     const double dThird = 100.0 / 3.0;
-    const BatchRecord scored = Record("dir,a/current.bmp", std::string("live"), 0, dThird);
-    const BatchRecord failed = Record("b/current.bmp", std::nullopt, -15, std::nullopt);
-
+    const BatchRecord scored{"dir,a/current.bmp", "live", 0, kMessage, dThird, {}};
+    const BatchRecord failed{"b/current.bmp", std::nullopt, -15, kMessage, std::nullopt, {}};
     EXPECT_EQ(CsvHeader(false), "current,label,finger_code,message,score\n");
     EXPECT_EQ(FormatRecord(failed, EOutputFormat::eCsv, false),
               "b/current.bmp,,-15,\"text, with \"\"quotes\"\"\",\n");
     EXPECT_EQ(FormatRecord(failed, EOutputFormat::eJsonl, false),
               "{\"current\": \"b/current.bmp\", \"label\": null, \"finger_code\": -15, "
               "\"message\": \"text, with \\\"quotes\\\"\", \"score\": null}\n");
-
     for (const EOutputFormat eFormat : {EOutputFormat::eCsv, EOutputFormat::eJsonl})
     {
         const std::string text = (eFormat == EOutputFormat::eCsv ? CsvHeader(false) : "") +
@@ -108,19 +92,17 @@ TEST(BatchRecord, LinesCarryTheFieldsInOrderAndScoresReadBackExactly)
         EXPECT_FALSE(file.bFeatures);
         ASSERT_EQ(file.records.size(), 2u);
         // Written again, each record gives its line: every field, the score bit for bit.
-        EXPECT_EQ(FormatRecord(file.records[0], eFormat, false),
-                  FormatRecord(scored, eFormat, false));
-        EXPECT_EQ(FormatRecord(file.records[1], eFormat, false),
-                  FormatRecord(failed, eFormat, false));
+        for (size_t i = 0; i < 2; ++i)
+            EXPECT_EQ(FormatRecord(file.records[i], eFormat, false),
+                      FormatRecord(i == 0 ? scored : failed, eFormat, false));
         EXPECT_EQ(file.records[0].score, std::optional<double>(dThird));
     }
 }
 
 TEST(BatchRecord, FeaturesFillFortyTwoPlacesWithNullBeyondWhatTheRunMade)
 {
-    BatchRecord record = Record("c.bmp", std::string("fake"), -44, std::nullopt);
-    record.features = {1.5, -2.0, std::numeric_limits<double>::quiet_NaN()};
-
+    const double dNaN = std::numeric_limits<double>::quiet_NaN();
+    BatchRecord record{"c.bmp", "fake", -44, kMessage, std::nullopt, {1.5, -2.0, dNaN}};
     std::string header = "current,label,finger_code,message,score", nulls;
     for (int i = 0; i < kBatchFeatureCount; ++i)
         header += ",feature_" + std::to_string(i);
@@ -135,12 +117,10 @@ TEST(BatchRecord, FeaturesFillFortyTwoPlacesWithNullBeyondWhatTheRunMade)
                     "\"message\": \"text, with \\\"quotes\\\"\", \"score\": null, "
                     "\"features\": [1.5, -2, \"NaN\"" +
                         nulls + "]}\n");
-
     // A finger that did not pass has no features at all.
     record.features.clear();
     EXPECT_NE(FormatRecord(record, EOutputFormat::eJsonl, true).find("\"features\": null}"),
               std::string::npos);
-
     // Read back, the features are told by the header or the first line.
     EXPECT_TRUE(ParseResults("o", header + "\n" + csv, false).bFeatures);
     EXPECT_TRUE(ParseResults("o", json, false).bFeatures);

@@ -14,11 +14,6 @@ void Capture(const std::string& folder)
         WriteFileText(folder + "/" + szName, "");
 }
 
-std::string Label(const CaptureEntry& entry)
-{
-    return entry.label ? *entry.label : "none";
-}
-
 } // namespace
 
 TEST(CaptureSources, FoldersAreWalkedInNameOrderAndLabelledByTheNearestClassFolder)
@@ -31,21 +26,17 @@ TEST(CaptureSources, FoldersAreWalkedInNameOrderAndLabelledByTheNearestClassFold
     Capture(root + "/a_unlabelled");
     WriteFileText(root + "/b/notes.txt", "");
     WriteFileText(root + "/fake/only_dark/dark.bmp", ""); // no current.bmp: not a capture
-
     const std::vector<CaptureEntry> entries = CollectCaptures({root});
-    const std::vector<std::pair<std::string, std::string>> expected = {{"/a_unlabelled", "none"},
-                                                                       {"/fake/live/y", "live"},
-                                                                       {"/fake/x", "fake"},
-                                                                       {"/live", "live"},
-                                                                       {"/live/z/w", "live"}};
-    ASSERT_EQ(entries.size(), expected.size());
-    for (size_t i = 0; i < expected.size(); ++i)
+    const char* aszFolders[] = {"/a_unlabelled", "/fake/live/y", "/fake/x", "/live", "/live/z/w"};
+    const char* aszLabels[] = {"none", "live", "fake", "live", "live"};
+    ASSERT_EQ(entries.size(), 5u);
+    for (size_t i = 0; i < 5; ++i)
     {
-        const std::string folder = root + expected[i].first;
+        const std::string folder = root + aszFolders[i];
         const auto& files = entries[i].files;
         EXPECT_EQ(files.current + files.backlight + files.dark + files.previous,
                   folder + "/current.bmp" + folder + "/backlight.bmp" + folder + "/dark.bmp");
-        EXPECT_EQ(Label(entries[i]), expected[i].second) << folder;
+        EXPECT_EQ(entries[i].label.value_or("none"), aszLabels[i]) << folder;
     }
     // The same folder given twice is judged twice; a trailing slash changes nothing.
     EXPECT_EQ(CollectCaptures({root + "/fake/x", root + "/fake/x/"}).size(), 2u);
@@ -65,7 +56,6 @@ TEST(CaptureSources, ManifestsNameFilesRelativeToThemselves)
                   "{\"current\": \"../c.bmp\", \"backlight\": \"b.bmp\", \"dark\": \"d.bmp\", "
                   "\"label\": null}\n"
                   "{\"dark\": \"d.bmp\", \"backlight\": \"b.bmp\", \"current\": \"e.bmp\"}\n");
-
     // Sources add up in the order given.
     const std::vector<CaptureEntry> all =
         CollectCaptures({lists + "/set.csv", lists + "/three.csv", lists + "/set.jsonl"});
@@ -76,7 +66,7 @@ TEST(CaptureSources, ManifestsNameFilesRelativeToThemselves)
     for (size_t i = 0; i < all.size(); ++i)
     {
         EXPECT_EQ(all[i].files.current, lists + "/" + expected[i].first) << i;
-        EXPECT_EQ(Label(all[i]), expected[i].second) << i;
+        EXPECT_EQ(all[i].label.value_or("none"), expected[i].second) << i;
     }
     EXPECT_EQ(all[0].files.dark, lists + "/a/d.bmp");
     EXPECT_EQ(all[1].files.dark, "/abs/d.bmp");

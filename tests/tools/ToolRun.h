@@ -49,9 +49,13 @@ inline std::vector<std::string> Lines(const std::string& text)
     return lines;
 }
 
-inline std::string SourceDir()
+inline const std::string kSourceDir = SENTIVO_SOURCE_DIR;
+inline const std::string kSamples = kSourceDir + "/samples";
+
+// The current, backlight and dark image of a capture folder.
+inline std::vector<std::string> CaptureFiles(const std::string& folder)
 {
-    return SENTIVO_SOURCE_DIR;
+    return {folder + "/current.bmp", folder + "/backlight.bmp", folder + "/dark.bmp"};
 }
 
 inline std::string ScratchDir(const std::string& name)
