@@ -56,8 +56,7 @@ TEST(EvaluateCommand, MetricsOfAHandCountedSet)
         const bool bGiven = std::string(option) == "--threshold";
         EXPECT_NEAR(metrics.at("threshold").get<double>(), bGiven ? 55 : Query(value).first, 1e-6);
         const std::string from = metrics.at("threshold_from");
-        EXPECT_TRUE(bGiven ? from == "given" : from.rfind("far " + std::string(value), 0) == 0)
-            << from;
+        EXPECT_EQ(from, bGiven ? std::string("given") : "far " + std::string(value));
         EXPECT_DOUBLE_EQ(metrics.at("apcer").get<double>(), dApcer) << value;
         EXPECT_DOUBLE_EQ(metrics.at("bpcer").get<double>(), dBpcer) << value;
         EXPECT_DOUBLE_EQ(metrics.at("eer").get<double>(), 0.375) << value;
